@@ -1,0 +1,98 @@
+// SPDX-License-Identifier: MIT
+#include "core/ErrorLog.h"
+
+#include "core/Clock.h"
+#include "core/RuntimeError.h"
+#include "core/Text.h"
+#include "core/View.h"
+
+#include <QFile>
+
+#include <cerrno>
+#include <cstdlib>
+#include <exception>
+#include <new>
+
+namespace {
+
+struct PresentError
+{
+    int number = 0;
+    QString description;
+    QString source = QStringLiteral("Quorvane");
+    int lastSystemError = 0;
+};
+
+PresentError presentError()
+{
+    PresentError e;
+    e.lastSystemError = errno;
+    const std::exception_ptr current = std::current_exception();
+    if (!current)
+        return e;
+    try {
+        std::rethrow_exception(current);
+    } catch (const RuntimeError &error) {
+        e.number = error.number();
+        e.description = error.description();
+        e.source = error.source();
+        if (error.lastSystemError() != 0)
+            e.lastSystemError = error.lastSystemError();
+    } catch (const std::bad_alloc &) {
+        e.number = 7;
+        e.description = QStringLiteral("Out of memory");
+    } catch (const std::exception &error) {
+        e.number = 51;
+        e.description = QStringLiteral("Internal error: ") + QString::fromLocal8Bit(error.what());
+    } catch (...) {
+        e.number = 51;
+        e.description = QStringLiteral("Internal error");
+    }
+    return e;
+}
+
+} // namespace
+
+ErrorLog::ErrorLog(Clock &clock, View &view, FileLocation fileLoc)
+    : m_clock(clock)
+    , m_view(view)
+    , m_fileLoc(std::move(fileLoc))
+    , m_terminate([] { std::_Exit(1); })
+{
+}
+
+QString ErrorLog::recordText(const QString &dateTime, int number, const QString &description,
+                             const QString &source, int lastSystemError, const QString &AppMsg)
+{
+    const QString crlf = QStringLiteral("\r\n");
+    return u'"' + QStringLiteral("[") + dateTime + QStringLiteral("] - Error ") + QString::number(number)
+        + QStringLiteral(": ") + description + crlf
+        + QStringLiteral("\tCalling Function: ") + source + crlf
+        + QStringLiteral("\tLast DLL: ") + QString::number(lastSystemError) + crlf
+        + QStringLiteral("\tSource: ") + source + crlf
+        + QStringLiteral("\tAppMsg: ") + AppMsg + u'"' + crlf;
+}
+
+QString ErrorLog::boxText(const QString &AppMsg, int number, const QString &description)
+{
+    return QStringLiteral("Quorvane has encountered an error and will shut down.\r\n\r\n") + AppMsg
+        + u'[' + QString::number(number) + QStringLiteral("]: ") + description;
+}
+
+void ErrorLog::ReportError(bool bFatal, const QString &AppMsg)
+{
+    const PresentError error = presentError();
+    const QString when = Text::dateTimeText(m_clock.now());
+    QFile file(m_fileLoc() + QStringLiteral("ErrLog.txt"));
+    // A record that cannot be written is lost; the box and the end still follow.
+    if (file.open(QIODevice::WriteOnly | QIODevice::Append)) {
+        file.write(Text::toWire(recordText(when, error.number, error.description, error.source,
+                                           error.lastSystemError, AppMsg)));
+        file.close();
+    }
+    if (!bFatal)
+        return;
+    m_view.messageBox(boxText(AppMsg, error.number, error.description));
+    m_terminate();
+    std::_Exit(1); // a terminator that returns must not let the caller carry on
+}

@@ -1,0 +1,44 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QString>
+
+#include <functional>
+
+class Clock;
+class View;
+
+// ReportError: the one way to report a failure. Call it from inside a catch block; it
+// reads the error in flight (number, description, source, last system error), appends
+// a record to FileLoc + "ErrLog.txt" and, when fatal, shows the box and ends the process
+// without the orderly stop.
+class ErrorLog
+{
+public:
+    using FileLocation = std::function<QString()>;
+    using Terminate = std::function<void()>;
+
+    ErrorLog(Clock &clock, View &view, FileLocation fileLoc);
+
+    void ReportError(bool bFatal, const QString &AppMsg);
+
+    // How a fatal report ends the process; tests put a throwing one here.
+    void setTerminate(Terminate terminate) { m_terminate = std::move(terminate); }
+
+    static QString recordText(const QString &dateTime, int number, const QString &description,
+                              const QString &source, int lastSystemError, const QString &AppMsg);
+    static QString boxText(const QString &AppMsg, int number, const QString &description);
+
+private:
+    Clock &m_clock;
+    View &m_view;
+    FileLocation m_fileLoc;
+    Terminate m_terminate;
+};
+
+// Thrown by the test terminator so that a fatal report can be seen without ending the
+// test process. Production code never catches it.
+struct FatalExit
+{
+    QString AppMsg;
+};

@@ -1,0 +1,152 @@
+// SPDX-License-Identifier: MIT
+#include "core/Text.h"
+
+#include "core/RuntimeError.h"
+
+#include <QDateTime>
+
+#include <cmath>
+#include <limits>
+
+namespace Text {
+namespace {
+
+[[noreturn]] void invalidCall()
+{
+    throw RuntimeError(RuntimeError::InvalidCall, QStringLiteral("Invalid procedure call or argument"));
+}
+
+template<typename Int>
+Int toWhole(const QString &text)
+{
+    if (!isNumeric(text))
+        throw RuntimeError(RuntimeError::TypeMismatch, QStringLiteral("Type mismatch"));
+    const double value = std::nearbyint(trimBlanks(text).toDouble()); // default rounding: halves to even
+    if (value < std::numeric_limits<Int>::min() || value > std::numeric_limits<Int>::max())
+        throw RuntimeError(RuntimeError::Overflow, QStringLiteral("Overflow"));
+    return static_cast<Int>(value);
+}
+
+} // namespace
+
+QString mid(const QString &text, qsizetype start, qsizetype length)
+{
+    if (start < 1 || length < 0)
+        invalidCall();
+    if (start > text.size())
+        return {};
+    return text.mid(start - 1, length);
+}
+
+QString midToEnd(const QString &text, qsizetype start)
+{
+    if (start < 1)
+        invalidCall();
+    if (start > text.size())
+        return {};
+    return text.mid(start - 1);
+}
+
+QString left(const QString &text, qsizetype length)
+{
+    if (length < 0)
+        invalidCall();
+    return text.left(length);
+}
+
+QString right(const QString &text, qsizetype length)
+{
+    if (length < 0)
+        invalidCall();
+    return text.right(length);
+}
+
+qsizetype find(const QString &text, const QString &needle, qsizetype start)
+{
+    if (start < 1)
+        invalidCall();
+    if (start > text.size())
+        return 0;
+    const qsizetype hit = text.indexOf(needle, start - 1);
+    return hit < 0 ? 0 : hit + 1;
+}
+
+QString trimBlanks(const QString &text)
+{
+    qsizetype from = 0;
+    qsizetype to = text.size();
+    while (from < to && text.at(from) == u' ')
+        ++from;
+    while (to > from && text.at(to - 1) == u' ')
+        --to;
+    return text.mid(from, to - from);
+}
+
+bool isBlank(const QString &text)
+{
+    return trimBlanks(text).isEmpty();
+}
+
+bool isNumeric(const QString &text)
+{
+    const QString t = trimBlanks(text);
+    qsizetype i = 0;
+    if (i < t.size() && (t.at(i) == u'+' || t.at(i) == u'-'))
+        ++i;
+    qsizetype digits = 0;
+    bool point = false;
+    for (; i < t.size(); ++i) {
+        const QChar c = t.at(i);
+        if (c >= u'0' && c <= u'9')
+            ++digits;
+        else if (c == u'.' && !point)
+            point = true;
+        else
+            return false;
+    }
+    return digits > 0;
+}
+
+qint16 toInt16(const QString &text)
+{
+    return toWhole<qint16>(text);
+}
+
+qint32 toInt32(const QString &text)
+{
+    return toWhole<qint32>(text);
+}
+
+QString fromWire(const QByteArray &bytes)
+{
+    return QString::fromLatin1(bytes);
+}
+
+QByteArray toWire(const QString &text)
+{
+    return text.toLatin1();
+}
+
+QString dateText(const QDate &date)
+{
+    return date.toString(QStringLiteral("yyyy-MM-dd"));
+}
+
+QString timeText(const QTime &time)
+{
+    return time.toString(QStringLiteral("HH:mm:ss"));
+}
+
+QString dateTimeText(const QDateTime &dateTime)
+{
+    return dateText(dateTime.date()) + u' ' + timeText(dateTime.time());
+}
+
+QString timeOfDayText(double fraction)
+{
+    const double whole = fraction - std::floor(fraction);
+    const int ms = static_cast<int>(std::llround(whole * 86400000.0)) % 86400000;
+    return timeText(QTime::fromMSecsSinceStartOfDay(ms));
+}
+
+} // namespace Text
