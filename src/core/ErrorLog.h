@@ -8,6 +8,13 @@
 class Clock;
 class View;
 
+// Thrown by the test terminator so that a fatal report can be seen without ending the
+// test process. Production code never catches it.
+struct FatalExit
+{
+    QString AppMsg;
+};
+
 // ReportError: the one way to report a failure. Call it from inside a catch block; it
 // reads the error in flight (number, description, source, last system error), appends
 // a record to FileLoc + "ErrLog.txt" and, when fatal, shows the box and ends the process
@@ -21,6 +28,22 @@ public:
     ErrorLog(Clock &clock, View &view, FileLocation fileLoc);
 
     void ReportError(bool bFatal, const QString &AppMsg);
+
+    // Runs the body of a routine that catches its own failures and reports them with
+    // AppMsg. Answers false when the body failed (only reached for a report that returns).
+    template<typename Body>
+    bool catching(const QString &AppMsg, Body &&body, bool bFatal = true)
+    {
+        try {
+            body();
+            return true;
+        } catch (const FatalExit &) {
+            throw; // already reported; only a test's terminator gets here
+        } catch (...) {
+            ReportError(bFatal, AppMsg);
+            return false;
+        }
+    }
 
     // How a fatal report ends the process; tests put a throwing one here.
     void setTerminate(Terminate terminate) { m_terminate = std::move(terminate); }
@@ -36,9 +59,3 @@ private:
     Terminate m_terminate;
 };
 
-// Thrown by the test terminator so that a fatal report can be seen without ending the
-// test process. Production code never catches it.
-struct FatalExit
-{
-    QString AppMsg;
-};

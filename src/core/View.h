@@ -47,6 +47,10 @@ public:
     virtual void setTrayTicked(bool ticked) = 0;
 
     virtual void showGrid(const GridView &grid) = 0;
+    // The grid's current row as the grid counts it: 0 is the header, players from 1.
+    virtual int gridCurrentRow() const = 0;
+    // The hidden row data of a grid row (the number in currentPlayers), 0 for none.
+    virtual qint32 gridRowData(int row) const = 0;
     virtual void setProgress(int minimum, int maximum, int value) = 0;
 
     virtual void setTrayTip(const QString &tip) = 0;

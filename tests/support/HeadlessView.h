@@ -27,6 +27,11 @@ public:
     void setTrayTicked(bool ticked) override { trayTicked = ticked; }
 
     void showGrid(const GridView &g) override { grid = g; ++gridShows; }
+    int gridCurrentRow() const override { return currentRow; }
+    qint32 gridRowData(int row) const override
+    {
+        return row >= 1 && row <= grid.rows.size() ? grid.rows.at(row - 1).playerNumber : 0;
+    }
     void setProgress(int minimum, int maximum, int value) override;
 
     void setTrayTip(const QString &tip) override { trayTip = tip; }
@@ -51,6 +56,7 @@ public:
     bool trayTicked = false;
     GridView grid;
     int gridShows = 0;
+    int currentRow = -1;
     int progressMin = 0, progressMax = 0, progressValue = 0;
     QString trayTip;
     bool trayFlashing = false;

@@ -1,0 +1,210 @@
+// SPDX-License-Identifier: MIT
+#include "core/Engine.h"
+
+#include "core/Clock.h"
+#include "core/RuntimeError.h"
+#include "core/Text.h"
+#include "core/View.h"
+#include "core/Waits.h"
+#include "link/CommandQueue.h"
+#include "link/RconLink.h"
+
+Engine::Engine(Clock &clock, View &view, QObject *parent)
+    : QObject(parent)
+    , m_clock(clock)
+    , m_view(view)
+    , m_pane(view)
+    , m_errors(clock, view, [this] { return settings.FileLoc; })
+    , m_log(clock, m_errors, settings, stats)
+    , m_store(settings, stats, clock)
+    , m_link(std::make_unique<RconLink>(*this))
+    , m_queue(std::make_unique<CommandQueue>(*this))
+{
+    timKickcheck.setSingleShot(false);
+    timProgress.setSingleShot(false);
+    connect(&timKickcheck, &QTimer::timeout, this,
+            [this] { guarded(QStringLiteral("timKickcheck_Timer"), [this] { timKickcheck_Timer(); }); });
+    connect(&timProgress, &QTimer::timeout, this,
+            [this] { guarded(QStringLiteral("timProgress_Timer"), [this] { timProgress_Timer(); }); });
+}
+
+Engine::~Engine() = default;
+
+void Engine::guarded(const QString &routine, const std::function<void()> &handler)
+{
+    m_errors.catching(QStringLiteral("Unexpected error in ") + routine, handler);
+}
+
+void Engine::Pause(double seconds)
+{
+    ::Pause(m_clock, seconds, [this] { return m_unloaded; });
+}
+
+void Engine::LoadSettings(const QString &strAppName)
+{
+    m_store.readSettings(strAppName);
+    m_store.ResetStats();
+}
+
+void Engine::FirstRunCheck()
+{
+    if (m_store.readRunBefore() != 0)
+        return;
+    const QString previous = m_store.readText(SettingsStore::previousApp, QStringLiteral("FileLoc"), QString());
+    if (previous.isEmpty())
+        return;
+    if (!m_view.question(QStringLiteral("Would you like to copy your settings for the previous version of Quorvane?")))
+        return;
+    LoadSettings(SettingsStore::previousApp);
+    const QString oldFileLoc = settings.FileLoc;
+    settings.FileLoc = SettingsStore::programDirectory();
+    m_store.StoreSettings(true);
+    if (oldFileLoc.compare(settings.FileLoc, Qt::CaseInsensitive) != 0)
+        Q_EMIT listsToCopy();
+}
+
+void Engine::Form_Load(const QString &commandLine)
+{
+    m_errors.catching(QStringLiteral("Error initializing application"), [&] {
+        const QString strCmdLine = Text::trimBlanks(commandLine).toLower();
+        m_view.applyWindowLayout();
+        waitingForServer = false;
+        m_view.setFieldText(View::Field::txtHost, settings.Host);
+        m_view.setFieldText(View::Field::txtPwd, settings.Pwd);
+        m_view.setFieldText(View::Field::txtPort, QString::number(settings.Port));
+        m_view.setFieldText(View::Field::txtServerName, settings.Voice);
+        stats.prevmap.clear();
+        settings.WinState = m_view.windowState();
+        if (settings.LocalPort < 0 || settings.LocalPort > 65535)
+            throw RuntimeError(RuntimeError::Overflow, QStringLiteral("Overflow"));
+        m_link->bind(static_cast<quint16>(settings.LocalPort));
+        m_queue->srvqueueTop = -1;
+        engineRunning = false;
+        m_view.setSettingsTicked(settings.SaveSettings);
+        m_view.setTrayTicked(settings.SysTray);
+        m_view.setTrayShown(settings.SysTray);
+        if (settings.CheckInt < 5000)
+            settings.CheckInt = 5000;
+        timKickcheck.setInterval(settings.CheckInt);
+        timKickcheck.stop();
+        timProgress.setInterval(1000);
+        timProgress.stop();
+        serverAnswered = false;
+        Q_EMIT announcementsToArm(settings.intAnnouce == 1);
+        m_log.resetLogOpen();
+        if (settings.SaveLog) {
+            m_log.OpenLog();
+            m_log.WriteLog(QStringLiteral("Application started successfully\r\n...check interval ")
+                           + QString::number(settings.CheckInt) + QStringLiteral("\r\n...announce interval ")
+                           + QString::number(settings.lngAnnounce) + QStringLiteral("\r\n...command line '")
+                           + strCmdLine + u'\'');
+        }
+        if (strCmdLine == u"-a" || strCmdLine == u"/a") {
+            m_pane.append(QStringLiteral("Automatic Startup\r\n"));
+            cmdStart_Click();
+            if (settings.SaveLog)
+                m_log.WriteLog(QStringLiteral("Automatically starting TK check"));
+        }
+    });
+}
+
+void Engine::cmdStart_Click()
+{
+    if (!engineRunning) {
+        timKickcheck.start();
+        m_view.setProgress(0, qRound(static_cast<float>(timKickcheck.interval()) / 1000.0f), 0);
+        timProgress.start();
+        m_view.setStartCaption(QStringLiteral("Stop"));
+        engineRunning = true;
+        if (settings.SaveLog)
+            m_log.WriteLog(QStringLiteral("Quorvane started"), true);
+        m_view.setEnabled(View::Control::mnuOptions, false);
+        m_store.StoreSettings(settings.SaveSettings);
+        mnuStatus_Click();
+    } else {
+        timKickcheck.stop();
+        timProgress.stop();
+        intProgressCheck = 0;
+        m_view.setProgress(0, qRound(static_cast<float>(timKickcheck.interval()) / 1000.0f), 0);
+        m_view.setStartCaption(QStringLiteral("Start"));
+        engineRunning = false;
+        if (settings.SaveLog)
+            m_log.WriteLog(QStringLiteral("Quorvane stopped"), true);
+        m_view.setEnabled(View::Control::mnuOptions, true);
+    }
+}
+
+void Engine::mnuStatus_Click()
+{
+    if (m_statusCommand)
+        m_statusCommand();
+}
+
+void Engine::TkCheck()
+{
+    if (m_checkCycle)
+        m_checkCycle();
+}
+
+void Engine::timKickcheck_Timer()
+{
+    const int maximum = qRound(static_cast<float>(timKickcheck.interval()) / 1000.0f);
+    m_pane.append(QStringLiteral("\r\nRunning a TK check.....\r\n"));
+    timProgress.stop();
+    m_view.setProgress(0, maximum, maximum);
+    if (!checkRunning) {
+        SetCommandControls(0);
+        TkCheck();
+        SetCommandControls(1);
+    }
+    intProgressCheck = 0;
+    m_view.setProgress(0, maximum, 0);
+    if (engineRunning && !m_unloaded)
+        timProgress.start();
+}
+
+void Engine::timProgress_Timer()
+{
+    ++intProgressCheck;
+    const int maximum = qRound(static_cast<float>(timKickcheck.interval()) / 1000.0f);
+    m_view.setProgress(0, maximum, intProgressCheck);
+}
+
+void Engine::SetCommandControls(int intEnable)
+{
+    const bool on = intEnable == 1;
+    for (View::Control control :
+         {View::Control::cmdStatus, View::Control::cmdServerInfo, View::Control::cmdOther, View::Control::cmdKick,
+          View::Control::cmdKickBan, View::Control::cmdSay, View::Control::txtSay, View::Control::mnuStatus,
+          View::Control::mnuServerInfo, View::Control::mnuOther}) {
+        m_view.setEnabled(control, on);
+    }
+    m_view.setTrayFlashing(!on);
+}
+
+void Engine::chkSettings_Click(bool ticked)
+{
+    settings.SaveSettings = ticked;
+}
+
+void Engine::Form_Unload()
+{
+    if (m_unloading)
+        return;
+    m_unloading = true;
+    if (engineRunning) {
+        cmdStart_Click();
+        Pause(1.0);
+    }
+    if (!m_link->isClosed())
+        m_link->close();
+    settings.WinState = m_view.windowState();
+    m_store.StoreSettings(settings.SaveSettings);
+    if (m_log.logOpen()) {
+        m_log.WriteLog(QStringLiteral("Shutting down and closing log."));
+        m_log.CloseLog();
+    }
+    // From here on a cycle still unwinding inside a Pause sends, logs and waits nothing.
+    m_unloaded = true;
+    Q_EMIT finished();
+}

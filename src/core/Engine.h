@@ -1,0 +1,105 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "core/ActivityLog.h"
+#include "core/ErrorLog.h"
+#include "core/OutputPane.h"
+#include "core/Settings.h"
+#include "core/SettingsStore.h"
+#include "core/Stats.h"
+
+#include <QObject>
+#include <QTimer>
+
+#include <functional>
+#include <memory>
+
+class Clock;
+class View;
+class RconLink;
+class CommandQueue;
+
+// The engine's state and its run control: how the program comes up, the run switch,
+// the timers that drive the checks and the orderly stop. Everything runs on one
+// thread; the flags below stand in for locks because Pause runs events inside
+// whatever routine called it.
+class Engine : public QObject
+{
+    Q_OBJECT
+public:
+    Engine(Clock &clock, View &view, QObject *parent = nullptr);
+    ~Engine() override;
+
+    Clock &clock() { return m_clock; }
+    View &view() { return m_view; }
+    OutputPane &pane() { return m_pane; }
+    ActivityLog &log() { return m_log; }
+    ErrorLog &errors() { return m_errors; }
+    SettingsStore &store() { return m_store; }
+    RconLink &link() { return *m_link; }
+    CommandQueue &queue() { return *m_queue; }
+
+    Settings settings;
+    Stats stats;
+
+    bool engineRunning = false;
+    bool checkRunning = false;
+    bool waitingForServer = false;
+    bool queueDraining = false;
+    bool serverAnswered = false;
+
+    QTimer timKickcheck;
+    QTimer timProgress;
+    qint32 intProgressCheck = 0;
+
+    // Start-up, before the window opens.
+    void FirstRunCheck();
+    void LoadSettings(const QString &strAppName);
+
+    void Form_Load(const QString &commandLine);
+    void cmdStart_Click();
+    void timKickcheck_Timer();
+    void timProgress_Timer();
+    void SetCommandControls(int intEnable);
+    void Form_Unload();
+    void chkSettings_Click(bool ticked);
+
+    // The Status command of the window.
+    void mnuStatus_Click();
+
+    // One check; the check cycle plugs in here.
+    void TkCheck();
+    void setCheckCycle(std::function<void()> cycle) { m_checkCycle = std::move(cycle); }
+    // The Status command; the status cycle plugs in here.
+    void setStatusCommand(std::function<void()> command) { m_statusCommand = std::move(command); }
+
+    // Waits with events running; ends at once when the window has unloaded.
+    void Pause(double seconds);
+    bool unloaded() const { return m_unloaded; }
+
+    // Runs an event handler that no other routine catches for: a failure is recorded
+    // and ends the program instead of passing by unrecorded.
+    void guarded(const QString &routine, const std::function<void()> &handler);
+
+Q_SIGNALS:
+    // The orderly stop is done; the window closes and the process ends.
+    void finished();
+    // Taken-over settings point at another folder: the lists are to be copied into FileLoc.
+    void listsToCopy();
+    // Form_Load switches the announcement timer on or off.
+    void announcementsToArm(bool on);
+
+private:
+    Clock &m_clock;
+    View &m_view;
+    OutputPane m_pane;
+    ErrorLog m_errors;
+    ActivityLog m_log;
+    SettingsStore m_store;
+    std::unique_ptr<RconLink> m_link;
+    std::unique_ptr<CommandQueue> m_queue;
+    std::function<void()> m_checkCycle;
+    std::function<void()> m_statusCommand;
+    bool m_unloading = false;
+    bool m_unloaded = false;
+};

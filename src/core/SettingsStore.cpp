@@ -1,0 +1,283 @@
+// SPDX-License-Identifier: MIT
+#include "core/SettingsStore.h"
+
+#include "core/Clock.h"
+#include "core/Settings.h"
+#include "core/Stats.h"
+#include "core/Text.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QFileInfo>
+#include <QLocale>
+#include <QSettings>
+#include <QStandardPaths>
+
+#include <variant>
+
+namespace {
+
+using Field = std::variant<bool Settings::*, qint32 Settings::*, double Settings::*, QString Settings::*>;
+
+struct Key
+{
+    const char *name;
+    Field field;
+};
+
+// Load order.
+const Key keys[] = {
+    {"Warn", &Settings::Warn},
+    {"WarnTxt", &Settings::WarnTxt},
+    {"KickTK", &Settings::KickTK},
+    {"TKLimit", &Settings::TKLimit},
+    {"CheckInt", &Settings::CheckInt},
+    {"Ban", &Settings::Ban},
+    {"BanType", &Settings::BanType},
+    {"BanFor", &Settings::BanFor},
+    {"BanDuration", &Settings::BanDuration},
+    {"NameCheck", &Settings::NameCheck},
+    {"Host", &Settings::Host},
+    {"Pwd", &Settings::Pwd},
+    {"Port", &Settings::Port},
+    {"Persona", &Settings::Persona},
+    {"Voice", &Settings::Voice},
+    {"intAnnouce", &Settings::intAnnouce},
+    {"lngAnnounce", &Settings::lngAnnounce},
+    {"BanTime", &Settings::BanTime},
+    {"FileLoc", &Settings::FileLoc},
+    {"SaveSettings", &Settings::SaveSettings},
+    {"SaveLog", &Settings::SaveLog},
+    {"LogBrief", &Settings::LogBrief},
+    {"ForceKick", &Settings::ForceKick},
+    {"KickBanned", &Settings::KickBanned},
+    {"KickTeleFrag", &Settings::KickTeleFrag},
+    {"KickPing", &Settings::KickPing},
+    {"MaxPing", &Settings::MaxPing},
+    {"PingPasses", &Settings::PingPasses},
+    {"TellPlayers", &Settings::TellPlayers},
+    {"LocalPort", &Settings::LocalPort},
+    {"CommandDelay", &Settings::CommandDelay},
+    {"QPort", &Settings::QPort},
+    {"QPortMin", &Settings::QPortMin},
+    {"QPortMax", &Settings::QPortMax},
+    {"Rate", &Settings::Rate},
+    {"RateMin", &Settings::RateMin},
+    {"RateMax", &Settings::RateMax},
+    {"SkipMap", &Settings::SkipMap},
+    {"WinWidth", &Settings::WinWidth},
+    {"WinHeight", &Settings::WinHeight},
+    {"MsgRandom", &Settings::MsgRandom},
+    {"SysTray", &Settings::SysTray},
+    {"KickImpersonators", &Settings::KickImpersonators},
+    {"StatusInterval", &Settings::StatusInterval},
+    {"TellPause", &Settings::TellPause},
+    {"WinState", &Settings::WinState},
+};
+
+// Store order, behind SaveSettings and RunBefore.
+const char *const storeOrder[] = {
+    "Warn", "WarnTxt", "TKLimit", "KickTK", "CheckInt", "Ban", "BanType", "BanFor", "BanDuration",
+    "NameCheck", "Host", "Pwd", "Port", "Persona", "Voice", "intAnnouce", "lngAnnounce", "BanTime",
+    "FileLoc", "SaveLog", "LogBrief", "ForceKick", "KickBanned", "KickTeleFrag", "KickPing", "MaxPing",
+    "PingPasses", "TellPlayers", "LocalPort", "CommandDelay", "QPort", "QPortMin", "QPortMax", "Rate",
+    "RateMin", "RateMax", "SkipMap", "WinWidth", "WinHeight", "MsgRandom", "SysTray",
+    "KickImpersonators", "StatusInterval", "TellPause", "WinState",
+};
+
+const Key &keyNamed(const char *name)
+{
+    for (const Key &key : keys) {
+        if (qstrcmp(key.name, name) == 0)
+            return key;
+    }
+    Q_UNREACHABLE();
+}
+
+QString boolText(bool value)
+{
+    return value ? QStringLiteral("True") : QStringLiteral("False");
+}
+
+bool toBool(const QString &text, bool fallback)
+{
+    const QString t = Text::trimBlanks(text);
+    if (t.compare(u"True", Qt::CaseInsensitive) == 0)
+        return true;
+    if (t.compare(u"False", Qt::CaseInsensitive) == 0)
+        return false;
+    if (Text::isNumeric(t))
+        return t.toDouble() != 0;
+    return fallback;
+}
+
+qint32 toInt(const QString &text, qint32 fallback)
+{
+    try {
+        return Text::toInt32(text);
+    } catch (...) {
+        return fallback;
+    }
+}
+
+double toDouble(const QString &text, double fallback)
+{
+    return Text::isNumeric(text) ? Text::trimBlanks(text).toDouble() : fallback;
+}
+
+QString valueText(const Settings &settings, const Field &field)
+{
+    return std::visit(
+        [&settings](auto member) -> QString {
+            const auto &value = settings.*member;
+            using T = std::decay_t<decltype(value)>;
+            if constexpr (std::is_same_v<T, bool>)
+                return boolText(value);
+            else if constexpr (std::is_same_v<T, qint32>)
+                return QString::number(value);
+            else if constexpr (std::is_same_v<T, double>)
+                return SettingsStore::doubleText(value);
+            else
+                return value;
+        },
+        field);
+}
+
+QString &programDirectoryOverride()
+{
+    static QString dir;
+    return dir;
+}
+
+} // namespace
+
+QString IniSettingsBackend::filePath(const QString &appName)
+{
+    return QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) + QStringLiteral("/quorvane/")
+        + appName + QStringLiteral(".ini");
+}
+
+IniSettingsBackend::IniSettingsBackend() = default;
+IniSettingsBackend::~IniSettingsBackend() = default;
+
+QSettings &IniSettingsBackend::file(const QString &appName)
+{
+    auto &slot = m_files[appName];
+    if (!slot)
+        slot = std::make_unique<QSettings>(filePath(appName), QSettings::IniFormat);
+    return *slot;
+}
+
+QString IniSettingsBackend::read(const QString &appName, const QString &key, const QString &defaultValue)
+{
+    const QVariant value = file(appName).value(QStringLiteral("Settings/") + key);
+    if (!value.isValid())
+        return defaultValue;
+    // A value edited by hand with a comma in it comes back as a list.
+    if (value.metaType().id() == QMetaType::QStringList)
+        return value.toStringList().join(QStringLiteral(", "));
+    return value.toString();
+}
+
+void IniSettingsBackend::write(const QString &appName, const QString &key, const QString &value)
+{
+    file(appName).setValue(QStringLiteral("Settings/") + key, value);
+}
+
+void IniSettingsBackend::flush()
+{
+    for (auto &entry : m_files)
+        entry.second->sync();
+}
+
+SettingsStore::SettingsStore(Settings &settings, Stats &stats, Clock &clock, std::unique_ptr<SettingsBackend> backend)
+    : m_settings(settings)
+    , m_stats(stats)
+    , m_clock(clock)
+    , m_backend(std::move(backend))
+{
+}
+
+void SettingsStore::readSettings(const QString &strAppName)
+{
+    const Settings defaults;
+    for (const Key &key : keys) {
+        const QString name = QString::fromLatin1(key.name);
+        const QString text = m_backend->read(strAppName, name, valueText(defaults, key.field));
+        std::visit(
+            [&](auto member) {
+                auto &target = m_settings.*member;
+                const auto &fallback = defaults.*member;
+                using T = std::decay_t<decltype(target)>;
+                if constexpr (std::is_same_v<T, bool>)
+                    target = toBool(text, fallback);
+                else if constexpr (std::is_same_v<T, qint32>)
+                    target = toInt(text, fallback);
+                else if constexpr (std::is_same_v<T, double>)
+                    target = toDouble(text, fallback);
+                else
+                    target = text;
+            },
+            key.field);
+    }
+    if (Text::isBlank(m_settings.FileLoc))
+        m_settings.FileLoc = programDirectory();
+}
+
+void SettingsStore::StoreSettings(bool bAll)
+{
+    m_backend->write(ownApp, QStringLiteral("SaveSettings"), boolText(m_settings.SaveSettings));
+    m_backend->write(ownApp, QStringLiteral("RunBefore"), QStringLiteral("1"));
+    if (bAll) {
+        for (const char *name : storeOrder)
+            m_backend->write(ownApp, QString::fromLatin1(name), valueText(m_settings, keyNamed(name).field));
+    }
+    m_backend->flush();
+}
+
+void SettingsStore::ResetStats()
+{
+    m_stats.banadds = 0;
+    m_stats.bankicks = 0;
+    m_stats.players = 0;
+    m_stats.pingkicks = 0;
+    m_stats.tkkicks = 0;
+    m_stats.totalmaps = 0;
+    m_stats.totalplayers = 0;
+    m_stats.avgping = 0;
+    m_stats.map.clear();
+    m_stats.starttime = m_clock.timeOfDay();
+    m_stats.startdate = m_clock.today();
+}
+
+qint32 SettingsStore::readRunBefore()
+{
+    return toInt(m_backend->read(ownApp, QStringLiteral("RunBefore"), QStringLiteral("0")), 0);
+}
+
+QString SettingsStore::readText(const QString &appName, const QString &key, const QString &defaultValue)
+{
+    return m_backend->read(appName, key, defaultValue);
+}
+
+QString SettingsStore::programDirectory()
+{
+    if (!programDirectoryOverride().isEmpty())
+        return programDirectoryOverride();
+    const QString own = QCoreApplication::applicationDirPath();
+    if (!own.isEmpty() && QFileInfo(own).isWritable())
+        return QDir::toNativeSeparators(own) + QDir::separator();
+    const QString data = QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) + QStringLiteral("/quorvane");
+    QDir().mkpath(data);
+    return QDir::toNativeSeparators(data) + QDir::separator();
+}
+
+void SettingsStore::setProgramDirectoryForTesting(const QString &dir)
+{
+    programDirectoryOverride() = dir;
+}
+
+QString SettingsStore::doubleText(double value)
+{
+    return QString::number(value, 'g', QLocale::FloatingPointShortest);
+}

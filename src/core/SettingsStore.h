@@ -1,0 +1,76 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QString>
+
+#include <map>
+#include <memory>
+
+class QSettings;
+
+struct Settings;
+struct Stats;
+class Clock;
+
+// Where the settings live: text values addressed by application name, section
+// "Settings" and key.
+class SettingsBackend
+{
+public:
+    virtual ~SettingsBackend() = default;
+    virtual QString read(const QString &appName, const QString &key, const QString &defaultValue) = 0;
+    virtual void write(const QString &appName, const QString &key, const QString &value) = 0;
+    virtual void flush() {}
+};
+
+// The per-user store: an INI file <config dir>/quorvane/<application name>.ini,
+// section [Settings]. The config dir follows XDG_CONFIG_HOME.
+class IniSettingsBackend final : public SettingsBackend
+{
+public:
+    IniSettingsBackend();
+    ~IniSettingsBackend() override;
+    static QString filePath(const QString &appName);
+    QString read(const QString &appName, const QString &key, const QString &defaultValue) override;
+    void write(const QString &appName, const QString &key, const QString &value) override;
+    void flush() override;
+
+private:
+    QSettings &file(const QString &appName);
+    std::map<QString, std::unique_ptr<QSettings>> m_files;
+};
+
+// Moves the settings block to and from the store. Values that cannot be turned into
+// their type give the key's default; nothing here stops the program.
+class SettingsStore
+{
+public:
+    static inline const QString ownApp = QStringLiteral("quorvane12");
+    static inline const QString previousApp = QStringLiteral("quorvane");
+
+    SettingsStore(Settings &settings, Stats &stats, Clock &clock,
+                  std::unique_ptr<SettingsBackend> backend = std::make_unique<IniSettingsBackend>());
+
+    // Reads every key under strAppName, then settles FileLoc. The caller resets the
+    // statistics and loads the lists.
+    void readSettings(const QString &strAppName);
+    void StoreSettings(bool bAll);
+    void ResetStats();
+
+    qint32 readRunBefore();
+    QString readText(const QString &appName, const QString &key, const QString &defaultValue);
+
+    // The program's own folder with its separator, or the per-user data folder when the
+    // program's folder cannot be written (an installed binary).
+    static QString programDirectory();
+    // For tests: the folder that programDirectory() answers.
+    static void setProgramDirectoryForTesting(const QString &dir);
+
+    static QString doubleText(double value);
+
+private:
+    Settings &m_settings;
+    Stats &m_stats;
+    Clock &m_clock;
+    std::unique_ptr<SettingsBackend> m_backend;
+};

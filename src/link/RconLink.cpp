@@ -1,0 +1,179 @@
+// SPDX-License-Identifier: MIT
+#include "link/RconLink.h"
+
+#include "core/Clock.h"
+#include "core/Engine.h"
+#include "core/RuntimeError.h"
+#include "core/Text.h"
+#include "core/View.h"
+#include "link/RconCodec.h"
+
+#include <QHostInfo>
+#include <QNetworkDatagram>
+#include <QUdpSocket>
+
+#include <cerrno>
+#include <cmath>
+
+namespace {
+
+const QString sendWords = QStringLiteral("Error sending via UDP (UDPClient_SendMessage)");
+const QString readWords = QStringLiteral("Error reading UDP (UDPClient_DataArrival)");
+
+[[noreturn]] void sendFailed(const QString &why)
+{
+    throw RuntimeError(RuntimeError::SendFailed, why, QStringLiteral("UDPClient"));
+}
+
+} // namespace
+
+RconLink::RconLink(Engine &engine)
+    : m_engine(engine)
+    , m_socket(new QUdpSocket(this))
+{
+    connect(m_socket, &QUdpSocket::readyRead, this, &RconLink::readPending);
+}
+
+RconLink::~RconLink() = default;
+
+void RconLink::bind(quint16 localPort)
+{
+    if (!m_socket->bind(QHostAddress::AnyIPv4, localPort, QAbstractSocket::DontShareAddress)) {
+        const int systemError = errno;
+        throw RuntimeError(RuntimeError::SocketError + static_cast<int>(m_socket->error()), m_socket->errorString(),
+                           QStringLiteral("UDPClient"), systemError);
+    }
+}
+
+bool RconLink::isClosed() const
+{
+    return m_socket->state() == QAbstractSocket::UnconnectedState;
+}
+
+void RconLink::close()
+{
+    m_socket->close();
+}
+
+QHostAddress RconLink::resolve(const QString &host)
+{
+    QHostAddress address;
+    if (address.setAddress(host))
+        return address;
+    const auto known = m_resolved.constFind(host);
+    if (known != m_resolved.constEnd())
+        return *known;
+    const QHostInfo info = QHostInfo::fromName(host);
+    for (const QHostAddress &candidate : info.addresses()) {
+        if (candidate.protocol() == QAbstractSocket::IPv4Protocol) {
+            m_resolved.insert(host, candidate);
+            return candidate;
+        }
+    }
+    return {};
+}
+
+void RconLink::sendStep(int step, Outgoing &out)
+{
+    Engine &e = m_engine;
+    switch (step) {
+    case 1: {
+        // The destination is read afresh from the window at every send.
+        out.host = Text::trimBlanks(e.view().fieldText(View::Field::txtHost));
+        const qint32 port = Text::toInt32(e.view().fieldText(View::Field::txtPort));
+        out.port = (port > 0 && port <= 65535) ? static_cast<quint16>(port) : 0;
+        out.password = Text::trimBlanks(e.view().fieldText(View::Field::txtPwd));
+        break;
+    }
+    case 2:
+        out.datagram = RconCodec::frame(out.Cmd, out.password, out.bRconCmd);
+        break;
+    case 3:
+        out.echo = RconCodec::echo(Text::timeText(e.clock().timeNow()), out.Cmd);
+        break;
+    case 4: {
+        const QHostAddress to = resolve(out.host);
+        if (to.isNull() || to == QHostAddress(QHostAddress::AnyIPv4))
+            sendFailed(QStringLiteral("No address for host ") + out.host);
+        if (out.port == 0)
+            sendFailed(QStringLiteral("Invalid port"));
+        if (m_socket->writeDatagram(Text::toWire(out.datagram), to, out.port) < 0)
+            sendFailed(m_socket->errorString());
+        break;
+    }
+    case 5:
+        ResponseTimeStart = static_cast<float>(e.clock().secondsSinceMidnight());
+        break;
+    case 6:
+        if (out.bShowText)
+            e.pane().append(QStringLiteral("\r\n") + out.echo);
+        break;
+    case 7:
+        if (e.settings.SaveLog)
+            e.log().WriteLog(e.settings.LogBrief ? out.Cmd : out.echo, false);
+        break;
+    }
+}
+
+void RconLink::UDPClient_SendMessage(const QString &Cmd, bool bShowText, bool bRconCmd)
+{
+    if (m_engine.unloaded())
+        return; // socket and log are closed: a cycle still unwinding sends nothing
+    Outgoing out;
+    out.Cmd = Cmd;
+    out.bShowText = bShowText;
+    out.bRconCmd = bRconCmd;
+    int step = 1;
+    while (step <= lastSendStep) {
+        try {
+            for (; step <= lastSendStep; ++step)
+                sendStep(step, out);
+        } catch (const FatalExit &) {
+            throw;
+        } catch (const RuntimeError &error) {
+            // A datagram the network refused is recorded, and the routine goes on.
+            const bool fatal = error.number() != RuntimeError::SendFailed;
+            m_engine.errors().ReportError(fatal, sendWords);
+            ++step;
+        } catch (...) {
+            m_engine.errors().ReportError(true, sendWords);
+            ++step;
+        }
+    }
+}
+
+void RconLink::readPending()
+{
+    while (m_socket->hasPendingDatagrams())
+        UDPClient_DataArrival(m_socket->pendingDatagramSize());
+}
+
+void RconLink::UDPClient_DataArrival(qint64 intBytes)
+{
+    Engine &e = m_engine;
+    e.errors().catching(readWords, [&] {
+        const QByteArray bytes = m_socket->receiveDatagram().data();
+        if (e.unloaded())
+            return;
+        QString text;
+        if (intBytes >= 2) {
+            double elapsed = e.clock().secondsSinceMidnight() - ResponseTimeStart;
+            if (elapsed < 0)
+                elapsed += 86400; // the send was before midnight
+            e.view().setLabel(View::Label::lblResponseTime,
+                              QString::number(std::llround(elapsed * 1000)) + QStringLiteral(" ms"));
+            text = RconCodec::CleanReply(Text::fromWire(bytes));
+            e.serverAnswered = true;
+        } else {
+            text = QStringLiteral("\r\n(no connection)");
+            e.serverAnswered = false;
+        }
+        if (e.pane().length() >= 24000)
+            e.pane().clear();
+        e.pane().append(text);
+        if (e.settings.logVerbose())
+            e.log().WriteLog(text, false);
+        e.pane().cursorToEnd();
+        e.waitingForServer = false;
+    });
+}

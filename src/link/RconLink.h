@@ -1,0 +1,53 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QHash>
+#include <QHostAddress>
+#include <QObject>
+#include <QString>
+
+class Engine;
+class QUdpSocket;
+
+// UDPClient: the one datagram socket, bound once to LocalPort for the whole run. A send
+// frames one command into one datagram; every arrival is cleaned and appended to the
+// pane, which is the only receive buffer. Nothing ties a reply to its command.
+class RconLink : public QObject
+{
+    Q_OBJECT
+public:
+    explicit RconLink(Engine &engine);
+    ~RconLink() override;
+
+    // Raises RuntimeError with the socket's own number and words when the port is taken.
+    void bind(quint16 localPort);
+    bool isClosed() const;
+    void close();
+
+    void UDPClient_SendMessage(const QString &Cmd, bool bShowText = false, bool bRconCmd = false);
+    void UDPClient_DataArrival(qint64 intBytes);
+
+    float ResponseTimeStart = 0;
+
+private:
+    struct Outgoing
+    {
+        QString Cmd;
+        bool bShowText = false;
+        bool bRconCmd = false;
+        QString host;
+        quint16 port = 0;
+        QString password;
+        QString datagram;
+        QString echo;
+    };
+    static constexpr int lastSendStep = 7;
+
+    void sendStep(int step, Outgoing &out);
+    void readPending();
+    QHostAddress resolve(const QString &host);
+
+    Engine &m_engine;
+    QUdpSocket *m_socket;
+    QHash<QString, QHostAddress> m_resolved;
+};
