@@ -45,3 +45,17 @@ void Peer::reply(const QByteArray &bytes)
 {
     socket.writeDatagram(bytes, lastFrom, lastPort);
 }
+
+void Peer::answerWith(std::function<QList<QByteArray>(const QByteArray &)> answer)
+{
+    QObject::connect(&socket, &QUdpSocket::readyRead, &socket, [this, answer] {
+        while (socket.hasPendingDatagrams()) {
+            const QNetworkDatagram d = socket.receiveDatagram();
+            lastFrom = d.senderAddress();
+            lastPort = static_cast<quint16>(d.senderPort());
+            received.append(d.data());
+            for (const QByteArray &out : answer(d.data()))
+                reply(out);
+        }
+    });
+}

@@ -8,6 +8,8 @@
 
 #include <QUdpSocket>
 
+#include <functional>
+
 // An engine on a headless window, a fake clock and a private folder, with a fatal
 // report that throws FatalExit instead of ending the test.
 struct EngineWorld
@@ -32,8 +34,11 @@ struct Peer
     // Waits (in real time, a few seconds at most) for the next datagram.
     QByteArray next();
     void reply(const QByteArray &bytes);
+    // Answers every datagram as it comes, inside the engine's waits.
+    void answerWith(std::function<QList<QByteArray>(const QByteArray &)> answer);
 
     QUdpSocket socket;
+    QList<QByteArray> received;
     QHostAddress lastFrom;
     quint16 lastPort = 0;
 };

@@ -1,0 +1,245 @@
+// SPDX-License-Identifier: MIT
+// Script reading and the sim's player list over script time.
+#include "SimScript.h"
+#include "SimServer.h"
+
+#include <QElapsedTimer>
+#include <QSignalSpy>
+#include <QTest>
+
+namespace {
+
+// The whole visible state in one line: map, then slot:name:ping:score per player.
+QByteArray summary(const SimServer &server)
+{
+    QByteArray out = server.map();
+    for (const SimPlayer &p : server.players()) {
+        QByteArray ping = QByteArray::number(p.ping);
+        if (p.state == SimPlayer::State::Connecting)
+            ping = "CNCT";
+        else if (p.state == SimPlayer::State::Zombie)
+            ping = "ZMBI";
+        out += ' ' + QByteArray::number(p.slot) + ':' + p.name + ':' + ping + ':' + QByteArray::number(p.score);
+    }
+    return out;
+}
+
+const QByteArray kScript = R"(# a comment line
+0    map start/map_one
+1    join "Alpha One" ping=CNCT qport=77
+1    join Bravo slot=5 score=3 ping=60 ip=192.0.2.9 port=28000 rate=8000 lastmsg=12
+1.5  ping "Alpha One" 45   # trailing comment
+3    join "^1Red\x80" ping=zmbi
+2    name 5 "Bravo #2"
+2    score "Bravo #2" -4
+4    leave 0
+4    join Charlie
+6.25 ping 5 CNCT
+6.25 map next/map_two
+
+)";
+
+} // namespace
+
+class TstSimScript : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void parsesEveryVerb();
+    void badLines_data();
+    void badLines();
+    void advanceTo_data();
+    void advanceTo();
+    void timeNeverGoesBack();
+    void missingPlayerIsSkipped();
+    void runFollowsRealTime();
+    void demoScript();
+};
+
+void TstSimScript::parsesEveryVerb()
+{
+    SimScript script;
+    QString error;
+    QVERIFY2(script.parse(kScript, &error), qPrintable(error));
+    const QList<SimScript::Event> &events = script.events();
+    QCOMPARE(events.size(), 11);
+
+    // Sorted by time, file order kept within a time: "name" (line 7) before "join" (line 6).
+    QList<int> lines;
+    for (const SimScript::Event &e : events)
+        lines.append(e.line);
+    QCOMPARE(lines, (QList<int>{2, 3, 4, 5, 7, 8, 6, 9, 10, 11, 12}));
+
+    const SimPlayer &bravo = events[2].player;
+    QCOMPARE(bravo.name, QByteArray("Bravo"));
+    QCOMPARE(bravo.slot, 5);
+    QCOMPARE(bravo.score, 3);
+    QCOMPARE(bravo.ping, 60);
+    QCOMPARE(bravo.ip, QByteArray("192.0.2.9"));
+    QCOMPARE(bravo.port, quint16(28000));
+    QCOMPARE(bravo.rate, 8000);
+    QCOMPARE(bravo.lastmsg, 12);
+    QCOMPARE(events[1].player.qport, 77);
+    QCOMPARE(events[1].player.slot, -1);
+    QCOMPARE(events[6].player.name, QByteArray("^1Red\x80"));
+    QCOMPARE(events[6].player.state, SimPlayer::State::Zombie);
+    QCOMPARE(events[3].time, 1.5);
+}
+
+void TstSimScript::badLines_data()
+{
+    QTest::addColumn<QByteArray>("text");
+    QTest::addColumn<QString>("error");
+
+    QTest::newRow("time") << QByteArray("0 map a\nsoon map b\n") << QStringLiteral("line 2: bad time \"soon\"");
+    QTest::newRow("negative time") << QByteArray("-1 map a") << QStringLiteral("line 1: bad time \"-1\"");
+    QTest::newRow("no verb") << QByteArray("\n\n3\n") << QStringLiteral("line 3: no verb after the time");
+    QTest::newRow("verb") << QByteArray("1 explode 3") << QStringLiteral("line 1: unknown verb \"explode\"");
+    QTest::newRow("quote") << QByteArray("1 join \"Open") << QStringLiteral("line 1: quote not closed");
+    QTest::newRow("escape") << QByteArray("1 join \"a\\q\"") << QStringLiteral("line 1: bad escape in quotes");
+    QTest::newRow("join field") << QByteArray("1 join A colour=red") << QStringLiteral("line 1: bad join field \"colour=red\"");
+    QTest::newRow("join slot") << QByteArray("1 join A slot=64") << QStringLiteral("line 1: bad join field \"slot=64\"");
+    QTest::newRow("join ping") << QByteArray("1 join A ping=fast") << QStringLiteral("line 1: bad join field \"ping=fast\"");
+    QTest::newRow("ping") << QByteArray("1 ping 3 LAG") << QStringLiteral("line 1: bad ping \"LAG\"");
+    QTest::newRow("score") << QByteArray("1 score 3 x") << QStringLiteral("line 1: bad score \"x\"");
+    QTest::newRow("leave arguments") << QByteArray("1 leave") << QStringLiteral("line 1: leave takes 1 argument(s)");
+    QTest::newRow("name arguments") << QByteArray("1 name 3 A B") << QStringLiteral("line 1: name takes 2 argument(s)");
+}
+
+void TstSimScript::badLines()
+{
+    QFETCH(QByteArray, text);
+    QFETCH(QString, error);
+    SimScript script;
+    QVERIFY(script.parse("0 map kept"));
+    QString got;
+    QVERIFY(!script.parse(text, &got));
+    QCOMPARE(got, error);
+    QCOMPARE(script.events().size(), 1);
+}
+
+void TstSimScript::advanceTo_data()
+{
+    QTest::addColumn<double>("time");
+    QTest::addColumn<QByteArray>("state");
+
+    QTest::newRow("before start") << 0.0 << QByteArray("start/map_one");
+    QTest::newRow("joins") << 1.0 << QByteArray("start/map_one 0:Alpha One:CNCT:0 5:Bravo:60:3");
+    QTest::newRow("ping in") << 1.5 << QByteArray("start/map_one 0:Alpha One:45:0 5:Bravo:60:3");
+    QTest::newRow("renamed, then scored by new name") << 2.0 << QByteArray("start/map_one 0:Alpha One:45:0 5:Bravo #2:60:-4");
+    QTest::newRow("first free slot") << 3.0 << QByteArray("start/map_one 0:Alpha One:45:0 1:^1Red\x80:ZMBI:0 5:Bravo #2:60:-4");
+    QTest::newRow("leave frees a slot for the next") << 4.0 << QByteArray("start/map_one 0:Charlie:50:0 1:^1Red\x80:ZMBI:0 5:Bravo #2:60:-4");
+    QTest::newRow("just before") << 6.2 << QByteArray("start/map_one 0:Charlie:50:0 1:^1Red\x80:ZMBI:0 5:Bravo #2:60:-4");
+    QTest::newRow("map") << 6.25 << QByteArray("next/map_two 0:Charlie:50:0 1:^1Red\x80:ZMBI:0 5:Bravo #2:CNCT:-4");
+}
+
+void TstSimScript::advanceTo()
+{
+    QFETCH(double, time);
+    QFETCH(QByteArray, state);
+    SimScript script;
+    QVERIFY(script.parse(kScript));
+    SimServer server;
+    server.setScript(script);
+    server.advanceTo(time);
+    QCOMPARE(summary(server), state);
+    QCOMPARE(server.scriptDone(), time >= 6.25);
+}
+
+void TstSimScript::timeNeverGoesBack()
+{
+    SimScript script;
+    QVERIFY(script.parse(kScript));
+    SimServer server;
+    server.setScript(script);
+    server.advanceTo(4);
+    const QByteArray at4 = summary(server);
+    server.advanceTo(1);
+    QCOMPARE(server.scriptTime(), 4.0);
+    QCOMPARE(summary(server), at4);
+}
+
+void TstSimScript::missingPlayerIsSkipped()
+{
+    SimScript script;
+    QVERIFY(script.parse("1 join A\n2 leave B\n2 score A 7\n"));
+    SimServer server;
+    server.setScript(script);
+    QTest::ignoreMessage(QtWarningMsg, "quorvane-sim: script line 2: no such player");
+    server.advanceTo(2);
+    QCOMPARE(summary(server), QByteArray("obj/obj_team1 0:A:50:7"));
+}
+
+void TstSimScript::runFollowsRealTime()
+{
+    SimScript script;
+    QVERIFY(script.parse("0 join Now\n0.15 join Later\n"));
+    SimServer server;
+    server.setScript(script);
+    QElapsedTimer clock;
+    qint64 laterAt = -1;
+    connect(&server, &SimServer::playersChanged, this, [&] {
+        if (server.players().size() == 2)
+            laterAt = clock.elapsed();
+    });
+    clock.start();
+    server.run();
+    QCOMPARE(server.players().size(), 1);
+    QTRY_VERIFY_WITH_TIMEOUT(laterAt >= 0, 2000);
+    QVERIFY2(laterAt >= 140, qPrintable(QString::number(laterAt)));
+    QVERIFY(server.scriptDone());
+}
+
+// The demo must keep what it is shown for: a full server early, colours, a ping that
+// climbs past 750 and stays, a zombie, a map change near two minutes, and no lull
+// longer than half a minute over five minutes.
+void TstSimScript::demoScript()
+{
+    SimScript script;
+    QString error;
+    QVERIFY2(script.load(QStringLiteral(QUORVANE_DEMO_SCRIPT), &error), qPrintable(error));
+    SimServer server;
+    server.setScript(script);
+
+    double last = 0;
+    for (const SimScript::Event &e : script.events()) {
+        QVERIFY2(e.time - last <= 30, qPrintable(QStringLiteral("lull before line %1").arg(e.line)));
+        last = e.time;
+    }
+    QVERIFY(last >= 290);
+
+    server.advanceTo(10);
+    QVERIFY(server.players().size() >= 6);
+    bool coloured = false;
+    for (const SimPlayer &p : server.players())
+        coloured = coloured || p.name.contains('^');
+    QVERIFY(coloured);
+
+    const QByteArray firstMap = server.map();
+    bool zombie = false;
+    double highSince = -1;
+    double mapChangedAt = -1;
+    for (double t = 10; t <= 310; t += 1) {
+        server.advanceTo(t);
+        int highest = 0;
+        for (const SimPlayer &p : server.players()) {
+            zombie = zombie || p.state == SimPlayer::State::Zombie;
+            if (p.state == SimPlayer::State::Active)
+                highest = std::max(highest, p.ping);
+        }
+        if (highest <= 750)
+            highSince = -1;
+        else if (highSince < 0)
+            highSince = t;
+        if (mapChangedAt < 0 && server.map() != firstMap)
+            mapChangedAt = t;
+    }
+    QVERIFY(zombie);
+    QVERIFY(highSince >= 0 && highSince < 120);
+    QVERIFY(mapChangedAt >= 100 && mapChangedAt <= 150);
+    QVERIFY(server.scriptDone());
+}
+
+QTEST_GUILESS_MAIN(TstSimScript)
+#include "tst_simscript.moc"

@@ -1,0 +1,352 @@
+// SPDX-License-Identifier: MIT
+// The sim over real loopback UDP, with a bare socket as the client: what goes on the
+// wire is checked byte for byte, not through the engine's own codec.
+#include "SimServer.h"
+#include "SimText.h"
+
+#include <QNetworkDatagram>
+#include <QSignalSpy>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QUdpSocket>
+
+#include <memory>
+
+namespace {
+
+const QByteArray kPrint = QByteArrayLiteral("\xFF\xFF\xFF\xFF\x01print\n");
+const QByteArray kStatusHead = QByteArrayLiteral("\xFF\xFF\xFF\xFFstatusResponse\n");
+constexpr int kWaitMs = 2000;
+
+QByteArray oob(char direction, const QByteArray &text)
+{
+    return QByteArrayLiteral("\xFF\xFF\xFF\xFF") + direction + text;
+}
+
+QByteArray rcon(const QByteArray &text)
+{
+    return oob('\x02', text);
+}
+
+SimPlayer makePlayer(int slot, const QByteArray &name, int score, int ping, SimPlayer::State state, int lastmsg,
+                     const QByteArray &ip, quint16 port, int qport, int rate)
+{
+    SimPlayer p;
+    p.slot = slot;
+    p.name = name;
+    p.score = score;
+    p.ping = ping;
+    p.state = state;
+    p.lastmsg = lastmsg;
+    p.ip = ip;
+    p.port = port;
+    p.qport = qport;
+    p.rate = rate;
+    return p;
+}
+
+} // namespace
+
+class TstSimServer : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init();
+    void cleanup();
+    void replies_data();
+    void replies();
+    void statusBytes();
+    void longStatusSplits();
+    void getStatusForm_data();
+    void getStatusForm();
+    void ignored_data();
+    void ignored();
+    void kicks_data();
+    void kicks();
+    void sayIsKept();
+    void recording();
+    void portTakenOnce();
+
+private:
+    void addFourPlayers();
+    void send(const QByteArray &datagram);
+    // Waits for `count` more replies in all, then checks that nothing else came: the
+    // next answer after a probe must be the probe's.
+    void expectReplies(int count);
+
+    std::unique_ptr<SimServer> m_server;
+    std::unique_ptr<QUdpSocket> m_client;
+    QList<QByteArray> m_replies;
+};
+
+void TstSimServer::init()
+{
+    m_server = std::make_unique<SimServer>();
+    QVERIFY(m_server->listen(QHostAddress::LocalHost, 0));
+    m_server->setPassword("secret");
+    m_client = std::make_unique<QUdpSocket>();
+    QVERIFY(m_client->bind(QHostAddress::LocalHost, 0));
+    m_replies.clear();
+    connect(m_client.get(), &QUdpSocket::readyRead, this, [this] {
+        while (m_client->hasPendingDatagrams())
+            m_replies.append(m_client->receiveDatagram().data());
+    });
+}
+
+void TstSimServer::cleanup()
+{
+    m_client.reset();
+    m_server.reset();
+}
+
+void TstSimServer::addFourPlayers()
+{
+    using S = SimPlayer::State;
+    QCOMPARE(m_server->addPlayer(makePlayer(0, "Ironside", 12, 48, S::Active, 0, "203.0.113.10", 27960, 1871, 25000)), 0);
+    QCOMPARE(m_server->addPlayer(makePlayer(3, "^1Red^7Baron", -3, 999, S::Active, 50, "198.51.100.7", 28004, 40213, 8000)), 3);
+    QCOMPARE(m_server->addPlayer(makePlayer(7, "Harrowgate_Quintus", 1000, 0, S::Connecting, 350, "192.0.2.150", 27960, 0, 25000)), 7);
+    QCOMPARE(m_server->addPlayer(makePlayer(12, "Zed\xE9", 0, 20, S::Zombie, 9, "192.0.2.1", 1, 5, 99999)), 12);
+}
+
+void TstSimServer::send(const QByteArray &datagram)
+{
+    QCOMPARE(m_client->writeDatagram(datagram, QHostAddress::LocalHost, m_server->port()), datagram.size());
+}
+
+void TstSimServer::expectReplies(int count)
+{
+    QVERIFY2(QTest::qWaitFor([&] { return m_replies.size() >= count; }, kWaitMs),
+             qPrintable(QStringLiteral("%1 of %2 replies").arg(m_replies.size()).arg(count)));
+    send(oob('\x02', "getStatus"));
+    QVERIFY(QTest::qWaitFor([&] { return m_replies.size() > count; }, kWaitMs));
+    QCOMPARE(m_replies.size(), count + 1);
+    QVERIFY(m_replies.takeLast().startsWith(kStatusHead));
+}
+
+void TstSimServer::replies_data()
+{
+    QTest::addColumn<QByteArray>("password");
+    QTest::addColumn<QByteArray>("datagram");
+    QTest::addColumn<QByteArray>("reply");
+
+    const QByteArray none = "No rconpassword set on the server.\n";
+    const QByteArray bad = "Bad rconpassword.\n";
+    QTest::newRow("no password set") << QByteArray() << rcon("rcon  status") << none;
+    QTest::newRow("no password set, one given") << QByteArray() << rcon("rcon secret status") << none;
+    QTest::newRow("wrong password") << QByteArray("secret") << rcon("rcon hunter2 status") << bad;
+    QTest::newRow("password case") << QByteArray("secret") << rcon("rcon Secret status") << bad;
+    QTest::newRow("password prefix") << QByteArray("secret") << rcon("rcon secre status") << bad;
+    QTest::newRow("empty password") << QByteArray("secret") << rcon("rcon  status") << bad;
+    QTest::newRow("empty command") << QByteArray("secret") << rcon("rcon secret") << QByteArray();
+    QTest::newRow("say") << QByteArray("secret") << rcon("rcon secret say Hello \"all\" ^2x") << QByteArray("console: Hello \"all\" ^2x\n");
+    QTest::newRow("unknown") << QByteArray("secret") << rcon("rcon secret Frobnicate 1") << QByteArray("Unknown command \"Frobnicate\"\n");
+    QTest::newRow("serverinfo, any case") << QByteArray("secret") << rcon("rcon secret SerVerInfo")
+                                          << QByteArray("Server info settings:\n"
+                                                        "sv_hostname         Sim Server\n"
+                                                        "g_gametype          2\n"
+                                                        "mapname             obj/obj_team1\n"
+                                                        "sv_maxclients       64\n");
+    QTest::newRow("kick nobody") << QByteArray("secret") << rcon("rcon secret kick \"Nobody Here\"")
+                                 << QByteArray("User Nobody Here is not on the server\n");
+    QTest::newRow("kick done") << QByteArray("secret") << rcon("rcon secret kick Ironside") << QByteArray();
+    QTest::newRow("clientkick word") << QByteArray("secret") << rcon("rcon secret clientkick abc") << QByteArray("Bad client slot: abc\n");
+    QTest::newRow("clientkick negative") << QByteArray("secret") << rcon("rcon secret clientkick -1") << QByteArray("Bad client slot: -1\n");
+    QTest::newRow("clientkick 64") << QByteArray("secret") << rcon("rcon secret clientkick 64") << QByteArray("Bad client slot: 64\n");
+    QTest::newRow("clientkick empty slot") << QByteArray("secret") << rcon("rcon secret clientkick 5") << QByteArray("Client 5 is not active\n");
+    QTest::newRow("clientkick done") << QByteArray("secret") << rcon("rcon secret clientkick 3") << QByteArray();
+    QTest::newRow("direction 00") << QByteArray("secret") << oob('\x00', "rcon secret say x") << QByteArray("console: x\n");
+    QTest::newRow("direction FF") << QByteArray("secret") << oob('\xFF', "rcon secret say x") << QByteArray("console: x\n");
+    QTest::newRow("direction r") << QByteArray("secret") << oob('r', "rcon secret say x") << QByteArray("console: x\n");
+}
+
+void TstSimServer::replies()
+{
+    QFETCH(QByteArray, password);
+    QFETCH(QByteArray, datagram);
+    QFETCH(QByteArray, reply);
+    addFourPlayers();
+    m_server->setPassword(password);
+    send(datagram);
+    expectReplies(1);
+    QCOMPARE(m_replies, QList<QByteArray>{kPrint + reply});
+}
+
+void TstSimServer::statusBytes()
+{
+    addFourPlayers();
+    send(rcon("rcon secret status"));
+    expectReplies(1);
+    const QByteArray table =
+        "map: obj/obj_team1\n"
+        "num score ping name            lastmsg address               qport rate\n"
+        "--- ----- ---- --------------- ------- --------------------- ----- -----\n"
+        "  0    12   48 Ironside              0 203.0.113.10:27960     1871 25000\n"
+        "  3    -3  999 ^1Red^7Baron         50 198.51.100.7:28004    40213  8000\n"
+        "  7  1000 CNCT Harrowgate_Quintus    350 192.0.2.150:27960         0 25000\n"
+        " 12     0 ZMBI Zed\xE9                  9 192.0.2.1:1               5 99999\n"
+        "\n";
+    QCOMPARE(m_replies.first(), kPrint + table);
+}
+
+void TstSimServer::longStatusSplits()
+{
+    QByteArray table = "map: obj/obj_team1\n"
+                       "num score ping name            lastmsg address               qport rate\n"
+                       "--- ----- ---- --------------- ------- --------------------- ----- -----\n";
+    for (int i = 0; i < 40; ++i) {
+        const QByteArray name = "Player" + QByteArray::number(i);
+        const QByteArray ip = "192.0.2." + QByteArray::number(i + 1);
+        QCOMPARE(m_server->addPlayer(makePlayer(-1, name, i * 3, 40 + i, SimPlayer::State::Active, i, ip, 27960, 100 + i, 25000)), i);
+        table += QString::asprintf("%3d %5d %4d %-16s%7d %-22s%5d %5d\n", i, i * 3, 40 + i, name.constData(), i,
+                                   (ip + ":27960").constData(), 100 + i, 25000)
+                     .toLatin1();
+    }
+    table += '\n';
+    const int parts = int((table.size() + 1006) / 1007);
+    QVERIFY(parts >= 3);
+
+    send(rcon("rcon secret status"));
+    expectReplies(parts);
+    QByteArray joined;
+    for (int i = 0; i < parts; ++i) {
+        QVERIFY(m_replies[i].startsWith(kPrint));
+        const QByteArray text = m_replies[i].mid(kPrint.size());
+        QVERIFY(text.size() <= 1007);
+        if (i < parts - 1)
+            QCOMPARE(text.size(), 1007);
+        joined += text;
+    }
+    QCOMPARE(joined, table);
+}
+
+void TstSimServer::getStatusForm_data()
+{
+    QTest::addColumn<QByteArray>("datagram");
+    QTest::newRow("as the client sends it") << oob('\x02', "getStatus");
+    QTest::newRow("lower case") << oob('\x02', "getstatus");
+    QTest::newRow("other direction byte") << oob('\x00', "getStatus");
+}
+
+void TstSimServer::getStatusForm()
+{
+    QFETCH(QByteArray, datagram);
+    addFourPlayers();
+    send(datagram);
+    QVERIFY(QTest::qWaitFor([&] { return !m_replies.isEmpty(); }, kWaitMs));
+    QCOMPARE(m_replies.first(), kStatusHead + "\\sv_hostname\\Sim Server\\g_gametype\\2\\mapname\\obj/obj_team1\\sv_maxclients\\64\n"
+                                              "48 \"Ironside\"\n"
+                                              "999 \"^1Red^7Baron\"\n"
+                                              "999 \"Harrowgate_Quintus\"\n"
+                                              "999 \"Zed\xE9\"\n");
+}
+
+void TstSimServer::ignored_data()
+{
+    QTest::addColumn<QByteArray>("datagram");
+    QTest::newRow("other query") << oob('\x02', "getinfo xyz");
+    QTest::newRow("nothing after the head") << oob('\x02', "");
+    QTest::newRow("head cut short") << QByteArray("\xFF\xFF\xFF");
+    QTest::newRow("no head") << QByteArray("xxxxxrcon secret status");
+    QTest::newRow("rcon in capitals") << oob('\x02', "RCON secret status");
+    QTest::newRow("rcon with no blank") << oob('\x02', "rcon");
+}
+
+void TstSimServer::ignored()
+{
+    QFETCH(QByteArray, datagram);
+    send(datagram);
+    expectReplies(0);
+    QCOMPARE(m_server->received().first().bytes, datagram);
+}
+
+void TstSimServer::kicks_data()
+{
+    QTest::addColumn<QByteArray>("command");
+    QTest::addColumn<int>("gone");
+
+    QTest::newRow("kick, other case") << QByteArray("kick iRONSIDE") << 0;
+    QTest::newRow("kick quoted colours") << QByteArray("kick \"^1RED^7baron\"") << 3;
+    QTest::newRow("kick quoted, more after") << QByteArray("kick \"Harrowgate_Quintus\" now") << 7;
+    QTest::newRow("kick Latin-1 name") << QByteArray("kick Zed\xE9") << 12;
+    QTest::newRow("kick without colours") << QByteArray("kick RedBaron") << -1;
+    QTest::newRow("kick part of a name") << QByteArray("kick Iron") << -1;
+    QTest::newRow("clientkick") << QByteArray("clientkick 7") << 7;
+    QTest::newRow("clientkick leading zero") << QByteArray("clientkick 012") << 12;
+    QTest::newRow("clientkick, any case") << QByteArray("ClientKick 0") << 0;
+}
+
+void TstSimServer::kicks()
+{
+    QFETCH(QByteArray, command);
+    QFETCH(int, gone);
+    addFourPlayers();
+    QSignalSpy kicked(m_server.get(), &SimServer::playerKicked);
+    send(rcon("rcon secret " + command));
+    expectReplies(1);
+
+    QList<int> left;
+    for (const SimPlayer &p : m_server->players())
+        left.append(p.slot);
+    QList<int> expected{0, 3, 7, 12};
+    expected.removeOne(gone);
+    QCOMPARE(left, expected);
+    QCOMPARE(kicked.size(), gone < 0 ? 0 : 1);
+    if (gone >= 0)
+        QCOMPARE(m_replies.first(), kPrint);
+}
+
+void TstSimServer::sayIsKept()
+{
+    send(rcon("rcon secret say first"));
+    send(rcon("rcon secret say  second one "));
+    send(rcon("rcon wrong say never"));
+    expectReplies(3);
+    QCOMPARE(m_server->said(), (QList<QByteArray>{"first", "second one "}));
+}
+
+void TstSimServer::recording()
+{
+    QTemporaryDir dir;
+    const QString path = dir.filePath(QStringLiteral("record.txt"));
+    QVERIFY(m_server->setRecordFile(path));
+
+    QByteArray all;
+    for (int b = 0; b < 256; ++b)
+        all += char(b);
+    const QList<QByteArray> sent{rcon("rcon a\\b \n\xE9~"), all};
+    for (const QByteArray &datagram : sent)
+        send(datagram);
+    expectReplies(1);
+
+    const QList<SimServer::Datagram> got = m_server->received();
+    QCOMPARE(got.size(), 3); // and the probe
+    for (int i = 0; i < 2; ++i) {
+        QCOMPARE(got[i].bytes, sent[i]);
+        QCOMPARE(got[i].sender, QHostAddress(QHostAddress::LocalHost));
+        QCOMPARE(got[i].senderPort, m_client->localPort());
+    }
+    m_server->clearReceived();
+    QVERIFY(m_server->received().isEmpty());
+
+    QFile file(path);
+    QVERIFY(file.open(QIODevice::ReadOnly));
+    const QList<QByteArray> lines = file.readAll().split('\n');
+    QCOMPARE(lines.size(), 4); // three lines and the empty rest after the last line end
+    const QByteArray from = "127.0.0.1:" + QByteArray::number(m_client->localPort()) + ' ';
+    QCOMPARE(lines[0], from + "\\xFF\\xFF\\xFF\\xFF\\x02rcon a\\\\b \\x0A\\xE9~");
+    QVERIFY(lines[1].startsWith(from + "\\x00\\x01"));
+    QByteArray back;
+    QVERIFY(SimText::unescape(lines[1].mid(from.size()), &back));
+    QCOMPARE(back, all);
+    QCOMPARE(lines[3], QByteArray());
+}
+
+void TstSimServer::portTakenOnce()
+{
+    SimServer second;
+    QVERIFY(!second.listen(QHostAddress::LocalHost, m_server->port()));
+}
+
+QTEST_GUILESS_MAIN(TstSimServer)
+#include "tst_simserver.moc"
