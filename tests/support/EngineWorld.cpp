@@ -20,6 +20,11 @@ EngineWorld::EngineWorld(double clockSpeed)
 void EngineWorld::connectTo(quint16 serverPort, const QString &password)
 {
     engine.link().bind(0);
+    pointAt(serverPort, password);
+}
+
+void EngineWorld::pointAt(quint16 serverPort, const QString &password)
+{
     view.fields[View::Field::txtPort] = QString::number(serverPort);
     view.fields[View::Field::txtPwd] = password;
 }

@@ -18,6 +18,8 @@ struct EngineWorld
 
     // Binds the engine's socket to a free port and points the window at `serverPort`.
     void connectTo(quint16 serverPort, const QString &password = QString());
+    // Points the window at `serverPort` without binding (Form_Load binds).
+    void pointAt(quint16 serverPort, const QString &password = QString());
     quint16 localPort() const;
     QByteArray file(const QString &name) const { return TestEnv::readFile(env.workDir() + name); }
 
