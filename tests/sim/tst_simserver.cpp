@@ -28,23 +28,6 @@ QByteArray rcon(const QByteArray &text)
     return oob('\x02', text);
 }
 
-SimPlayer makePlayer(int slot, const QByteArray &name, int score, int ping, SimPlayer::State state, int lastmsg,
-                     const QByteArray &ip, quint16 port, int qport, int rate)
-{
-    SimPlayer p;
-    p.slot = slot;
-    p.name = name;
-    p.score = score;
-    p.ping = ping;
-    p.state = state;
-    p.lastmsg = lastmsg;
-    p.ip = ip;
-    p.port = port;
-    p.qport = qport;
-    p.rate = rate;
-    return p;
-}
-
 } // namespace
 
 class TstSimServer : public QObject
@@ -58,6 +41,8 @@ private Q_SLOTS:
     void replies();
     void statusBytes();
     void longStatusSplits();
+    void splitEdges_data();
+    void splitEdges();
     void getStatusForm_data();
     void getStatusForm();
     void ignored_data();
@@ -103,10 +88,14 @@ void TstSimServer::cleanup()
 void TstSimServer::addFourPlayers()
 {
     using S = SimPlayer::State;
-    QCOMPARE(m_server->addPlayer(makePlayer(0, "Ironside", 12, 48, S::Active, 0, "203.0.113.10", 27960, 1871, 25000)), 0);
-    QCOMPARE(m_server->addPlayer(makePlayer(3, "^1Red^7Baron", -3, 999, S::Active, 50, "198.51.100.7", 28004, 40213, 8000)), 3);
-    QCOMPARE(m_server->addPlayer(makePlayer(7, "Harrowgate_Quintus", 1000, 0, S::Connecting, 350, "192.0.2.150", 27960, 0, 25000)), 7);
-    QCOMPARE(m_server->addPlayer(makePlayer(12, "Zed\xE9", 0, 20, S::Zombie, 9, "192.0.2.1", 1, 5, 99999)), 12);
+    const QList<SimPlayer> players{
+        {0, "Ironside", 12, 48, S::Active, 0, "203.0.113.10", 27960, 1871, 25000},
+        {3, "^1Red^7Baron", -3, 999, S::Active, 50, "198.51.100.7", 28004, 40213, 8000},
+        {7, "Harrowgate_Quintus", 1000, 0, S::Connecting, 350, "192.0.2.150", 27960, 0, 25000},
+        {12, "Zed\xE9", 0, 20, S::Zombie, 9, "192.0.2.1", 1, 5, 99999},
+    };
+    for (const SimPlayer &p : players)
+        QCOMPARE(m_server->addPlayer(p), p.slot);
 }
 
 void TstSimServer::send(const QByteArray &datagram)
@@ -137,6 +126,7 @@ void TstSimServer::replies_data()
     QTest::newRow("wrong password") << QByteArray("secret") << rcon("rcon hunter2 status") << bad;
     QTest::newRow("password case") << QByteArray("secret") << rcon("rcon Secret status") << bad;
     QTest::newRow("password prefix") << QByteArray("secret") << rcon("rcon secre status") << bad;
+    QTest::newRow("password longer") << QByteArray("secret") << rcon("rcon secrets status") << bad;
     QTest::newRow("empty password") << QByteArray("secret") << rcon("rcon  status") << bad;
     QTest::newRow("empty command") << QByteArray("secret") << rcon("rcon secret") << QByteArray();
     QTest::newRow("say") << QByteArray("secret") << rcon("rcon secret say Hello \"all\" ^2x") << QByteArray("console: Hello \"all\" ^2x\n");
@@ -197,7 +187,7 @@ void TstSimServer::longStatusSplits()
     for (int i = 0; i < 40; ++i) {
         const QByteArray name = "Player" + QByteArray::number(i);
         const QByteArray ip = "192.0.2." + QByteArray::number(i + 1);
-        QCOMPARE(m_server->addPlayer(makePlayer(-1, name, i * 3, 40 + i, SimPlayer::State::Active, i, ip, 27960, 100 + i, 25000)), i);
+        QCOMPARE(m_server->addPlayer({-1, name, i * 3, 40 + i, SimPlayer::State::Active, i, ip, 27960, 100 + i, 25000}), i);
         table += QString::asprintf("%3d %5d %4d %-16s%7d %-22s%5d %5d\n", i, i * 3, 40 + i, name.constData(), i,
                                    (ip + ":27960").constData(), 100 + i, 25000)
                      .toLatin1();
@@ -218,6 +208,35 @@ void TstSimServer::longStatusSplits()
         joined += text;
     }
     QCOMPARE(joined, table);
+}
+
+// "console: " and the line end make 10 bytes around the said text.
+void TstSimServer::splitEdges_data()
+{
+    QTest::addColumn<int>("replySize");
+    QTest::addColumn<int>("parts");
+    QTest::newRow("one short") << 1006 << 1;
+    QTest::newRow("exactly full") << 1007 << 1;
+    QTest::newRow("one over") << 1008 << 2;
+    QTest::newRow("two full") << 2014 << 2;
+    QTest::newRow("two and one") << 2015 << 3;
+}
+
+void TstSimServer::splitEdges()
+{
+    QFETCH(int, replySize);
+    QFETCH(int, parts);
+    QByteArray said;
+    for (int i = 0; i < replySize - 10; ++i)
+        said += char('a' + i % 26);
+    send(rcon("rcon secret say " + said));
+    expectReplies(parts);
+    QByteArray joined;
+    for (const QByteArray &reply : std::as_const(m_replies)) {
+        QVERIFY(reply.startsWith(kPrint));
+        joined += reply.mid(kPrint.size());
+    }
+    QCOMPARE(joined, "console: " + said + '\n');
 }
 
 void TstSimServer::getStatusForm_data()

@@ -7,26 +7,8 @@
 #include <QList>
 #include <QString>
 
-// What happens on the simulated server over time, read from a small text file.
-//
-// One event a line: <seconds> <verb> <arguments>. Seconds count from the start of the
-// sim and may have a fraction (12.5). Events at the same second apply in file order;
-// the file need not be sorted. Blank lines are skipped, and # outside quotes starts a
-// comment up to the line end.
-//
-//   <t> map <mapname>
-//   <t> join <name> [slot=N] [score=N] [ping=N|CNCT|ZMBI] [lastmsg=N]
-//                   [ip=A.B.C.D] [port=N] [qport=N] [rate=N]
-//   <t> leave <who>
-//   <t> ping <who> N|CNCT|ZMBI
-//   <t> name <who> <new name>
-//   <t> score <who> N
-//
-// A join leaves out what SimPlayer's defaults give; without slot= it takes the first
-// free slot (0-63). <who> is a slot number, or a player's current name (exact). A name
-// with blanks goes in double quotes, where \" is a quote, \\ a backslash and \xHH any
-// byte; unquoted, a number is a slot and anything else a name. Verbs and CNCT/ZMBI are
-// case-insensitive.
+// What happens on the simulated server over time, read from a small text file whose
+// lines are described in SimServer.h (and at the top of demo.script).
 class SimScript
 {
 public:
