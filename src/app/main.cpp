@@ -1,2 +1,81 @@
 // SPDX-License-Identifier: MIT
-int main() { return 0; }
+#include "core/Clock.h"
+#include "core/Engine.h"
+#include "core/SettingsStore.h"
+#include "core/StopSignals.h"
+#include "ui/MainWindow.h"
+#include "ui/SplashScreen.h"
+
+#include <QApplication>
+
+#include <exception>
+
+namespace {
+
+// The last net: a failure that no routine caught for is recorded and ends the program,
+// instead of taking the process down unrecorded.
+class QuorvaneApplication final : public QApplication
+{
+public:
+    using QApplication::QApplication;
+    Engine *engine = nullptr;
+
+    bool notify(QObject *receiver, QEvent *event) override
+    {
+        try {
+            return QApplication::notify(receiver, event);
+        } catch (const std::exception &) {
+            reportUnexpected();
+        } catch (...) {
+            reportUnexpected();
+        }
+        return false;
+    }
+
+private:
+    void reportUnexpected()
+    {
+        if (engine)
+            engine->errors().ReportError(true, QStringLiteral("Unexpected error in an event handler"));
+        std::terminate();
+    }
+};
+
+QString commandLineOf(const QStringList &arguments)
+{
+    return arguments.mid(1).join(u' ');
+}
+
+} // namespace
+
+// Main: splash, first-run question, settings, a short wait, then the window.
+int main(int argc, char **argv)
+{
+    QuorvaneApplication app(argc, argv);
+    QApplication::setApplicationName(QStringLiteral("Quorvane"));
+    QApplication::setApplicationVersion(QStringLiteral(QUORVANE_VERSION));
+    // The splash closes before the window opens; that must not end the program.
+    QApplication::setQuitOnLastWindowClosed(false);
+
+    SystemClock clock;
+    frmSplash splash;
+    splash.show();
+
+    frmMain window(clock);
+    Engine &engine = window.engine();
+    app.engine = &engine;
+    QObject::connect(&engine, &Engine::finished, &app, &QCoreApplication::quit);
+    StopSignals stopSignals;
+    QObject::connect(&stopSignals, &StopSignals::stopRequested, &window, &QWidget::close);
+
+    engine.FirstRunCheck();
+    engine.LoadSettings(SettingsStore::ownApp);
+    engine.Pause(1.5);
+    splash.close();
+
+    engine.Form_Load(commandLineOf(QCoreApplication::arguments()));
+    if (engine.unloaded())
+        return 0; // closed during an automatic start's first exchange
+    window.show();
+    return QApplication::exec();
+}
