@@ -1,0 +1,100 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "core/View.h"
+
+#include <QMainWindow>
+
+#include <functional>
+#include <memory>
+
+class Clock;
+class Engine;
+class MainWindowLayout;
+class PaneMirror;
+class TrayIcon;
+
+// frmMain: the program's one permanent window. It owns the engine, shows what the
+// engine shows through View, and hands the operator's clicks to it.
+class frmMain : public QMainWindow, public View
+{
+    Q_OBJECT
+public:
+    // Window state codes, as WinState stores them.
+    enum StateCode { stateNormal = 0, stateMinimized = 1, stateMaximized = 2 };
+
+    explicit frmMain(Clock &clock, QWidget *parent = nullptr);
+    ~frmMain() override;
+
+    Engine &engine() { return *m_engine; }
+    TrayIcon &sysTray() { return *m_tray; }
+
+    // View
+    void paneAppended(const QString &text) override;
+    void paneCleared() override;
+    void paneCursorToEnd() override;
+    QString fieldText(Field field) const override;
+    void setFieldText(Field field, const QString &text) override;
+    void setLabel(Label label, const QString &text) override;
+    void setStartCaption(const QString &caption) override;
+    using QMainWindow::setEnabled;
+    void setEnabled(Control control, bool enabled) override;
+    void setSettingsTicked(bool ticked) override;
+    void setTrayTicked(bool ticked) override;
+    void showGrid(const GridView &grid) override;
+    int gridCurrentRow() const override;
+    qint32 gridRowData(int row) const override;
+    void setProgress(int minimum, int maximum, int value) override;
+    void setTrayTip(const QString &tip) override;
+    void setTrayFlashing(bool flashing) override;
+    void setTrayShown(bool shown) override;
+    void applyWindowLayout() override;
+    int windowState() const override;
+    void messageBox(const QString &text) override;
+    bool question(const QString &text) override;
+
+    // The state before the latest resize: what the tray brings back.
+    int lastState() const { return m_lastState; }
+
+    // The tray icon's event.
+    void sysTray_Click();
+
+protected:
+    void closeEvent(QCloseEvent *event) override;
+    void resizeEvent(QResizeEvent *event) override;
+    void changeEvent(QEvent *event) override;
+
+private:
+    void connectControls();
+    void connectPending();
+    void connectFields();
+    void run(const QString &routine, const std::function<void()> &handler);
+
+    void Form_Resize();
+    void cmdServerInfo_Click();
+    void cmdSay_Click();
+    void chkTray_Click(bool ticked);
+    void txtPort_Change(const QString &text);
+    bool otherWindowOpen() const;
+
+    void cmdKick_Click() {}    // filled in with the kick action
+    void cmdKickBan_Click() {} // filled in with the kick and ban action
+    void cmdOther_Click() {}   // filled in with the Other Command dialog
+    void mnuKick_Click() {}    // filled in with the kick action
+    void mnuKickBan_Click() {} // filled in with the kick and ban action
+    void mnuOther_Click() {}   // filled in with the Other Command dialog
+    void mnuAnnounce_Click() {}  // filled in with the announcement dialog
+    void mnuTolerance_Click() {} // filled in with the tolerances dialog
+    void mnuSettings_Click() {}  // filled in with the settings dialog
+    void mnuAbout_Click() {}     // filled in with the about box
+
+    std::unique_ptr<MainWindowLayout> m_ui;
+    std::unique_ptr<Engine> m_engine;
+    TrayIcon *m_tray;
+    PaneMirror *m_pane;
+    int m_seenState = stateNormal;
+    int m_lastState = stateNormal;
+    bool m_closing = false;
+};
+
+using MainWindow = frmMain;

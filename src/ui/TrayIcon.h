@@ -1,0 +1,50 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QIcon>
+#include <QObject>
+#include <QSystemTrayIcon>
+#include <QTimer>
+
+// sysTray: the program's icon in the system tray. It holds its tip, whether it stands
+// in the tray, and the flashing during a check; where the platform has no tray it
+// keeps all of that without showing anything.
+class TrayIcon : public QObject
+{
+    Q_OBJECT
+public:
+    explicit TrayIcon(QObject *parent = nullptr);
+
+    QString toolTip() const { return m_toolTip; }
+    void setToolTip(const QString &tip);
+    // How long each picture stands while flashing; 1000 ms unless changed.
+    int flashInterval() const { return m_flash.interval(); }
+    void setFlashInterval(int ms) { m_flash.setInterval(ms); }
+    bool flashEnabled() const { return m_flash.isActive(); }
+    void setFlashEnabled(bool on);
+    bool isShown() const { return m_shown; }
+    void setShown(bool shown);
+
+    // Whether the flash picture is up at this moment.
+    bool showsFlashIcon() const { return m_flashUp; }
+    QIcon icon() const { return m_icon; }
+
+    static QIcon drawIcon(const QColor &fill, const QColor &letter);
+
+Q_SIGNALS:
+    // A single click on the icon. A click rather than a double-click: several tray hosts
+    // never deliver double-clicks, and a click is what the operator tries first.
+    void activated();
+
+private:
+    void toggleFlash();
+    void showPicture(bool flash);
+
+    QSystemTrayIcon m_tray;
+    QTimer m_flash;
+    QIcon m_icon;
+    QIcon m_flashIcon;
+    QString m_toolTip = QStringLiteral("Quorvane");
+    bool m_shown = false;
+    bool m_flashUp = false;
+};
