@@ -19,6 +19,11 @@ Engine::Engine(Clock &clock, View &view, QObject *parent)
     , m_store(settings, stats, clock)
     , m_link(std::make_unique<RconLink>(*this))
     , m_queue(std::make_unique<CommandQueue>(*this))
+    , m_parser(m_players, stats, clock, m_errors)
+    , m_merge(m_players, stats, m_errors)
+    , m_grid(m_players, stats, settings, view)
+    , m_statusCycle(m_pane, m_parser, m_merge, m_errors, this)
+    , m_checkCycle(*this)
 {
     timKickcheck.setSingleShot(false);
     timProgress.setSingleShot(false);
@@ -136,14 +141,18 @@ void Engine::cmdStart_Click()
 
 void Engine::mnuStatus_Click()
 {
-    if (m_statusCommand)
-        m_statusCommand();
+    if (m_statusOverride)
+        m_statusOverride();
+    else
+        m_statusCycle.sendStatus(QStringLiteral("status"));
 }
 
 void Engine::TkCheck()
 {
-    if (m_checkCycle)
-        m_checkCycle();
+    if (m_checkOverride)
+        m_checkOverride();
+    else
+        m_checkCycle.TkCheck();
 }
 
 void Engine::timKickcheck_Timer()

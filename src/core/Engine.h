@@ -7,6 +7,12 @@
 #include "core/Settings.h"
 #include "core/SettingsStore.h"
 #include "core/Stats.h"
+#include "enforcement/CheckCycle.h"
+#include "players/PlayerGrid.h"
+#include "players/PlayerMerge.h"
+#include "players/PlayerState.h"
+#include "players/StatusCycle.h"
+#include "players/StatusParser.h"
 
 #include <QObject>
 #include <QTimer>
@@ -38,6 +44,12 @@ public:
     SettingsStore &store() { return m_store; }
     RconLink &link() { return *m_link; }
     CommandQueue &queue() { return *m_queue; }
+    PlayerState &players() { return m_players; }
+    StatusParser &parser() { return m_parser; }
+    PlayerMerge &merge() { return m_merge; }
+    PlayerGrid &grid() { return m_grid; }
+    StatusCycle &statusCycle() { return m_statusCycle; }
+    CheckCycle &checkCycle() { return m_checkCycle; }
 
     Settings settings;
     Stats stats;
@@ -67,11 +79,11 @@ public:
     // The Status command of the window.
     void mnuStatus_Click();
 
-    // One check; the check cycle plugs in here.
+    // One check of the timer.
     void TkCheck();
-    void setCheckCycle(std::function<void()> cycle) { m_checkCycle = std::move(cycle); }
-    // The Status command; the status cycle plugs in here.
-    void setStatusCommand(std::function<void()> command) { m_statusCommand = std::move(command); }
+    // For tests: what a tick and the Status command run instead of the real cycles.
+    void setCheckCycle(std::function<void()> cycle) { m_checkOverride = std::move(cycle); }
+    void setStatusCommand(std::function<void()> command) { m_statusOverride = std::move(command); }
 
     // Waits with events running; ends at once when the window has unloaded.
     void Pause(double seconds);
@@ -98,8 +110,14 @@ private:
     SettingsStore m_store;
     std::unique_ptr<RconLink> m_link;
     std::unique_ptr<CommandQueue> m_queue;
-    std::function<void()> m_checkCycle;
-    std::function<void()> m_statusCommand;
+    PlayerState m_players;
+    StatusParser m_parser;
+    PlayerMerge m_merge;
+    PlayerGrid m_grid;
+    StatusCycle m_statusCycle;
+    CheckCycle m_checkCycle;
+    std::function<void()> m_checkOverride;
+    std::function<void()> m_statusOverride;
     bool m_unloading = false;
     bool m_unloaded = false;
 };

@@ -70,6 +70,7 @@ private Q_SLOTS:
         w.engine.settings.LocalPort = 0;
         w.engine.settings.CheckInt = 12000;
         w.engine.settings.SaveSettings = false;
+        w.engine.setStatusCommand([] {});
         w.engine.Form_Load(QString());
         QVERIFY(!w.engine.timKickcheck.isActive());
         w.engine.cmdStart_Click();
