@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // One full status scan: GoodStatus and ParseScores on a pane text, then CopyPlayers
 // against a previous table that holds the same players in other slots.
+#include "HeadlessView.h"
 #include "core/Clock.h"
 #include "core/ErrorLog.h"
 #include "core/Settings.h"
@@ -21,32 +22,6 @@
 #include <random>
 
 namespace {
-
-class NullView final : public View
-{
-public:
-    void paneAppended(const QString &) override {}
-    void paneCleared() override {}
-    void paneCursorToEnd() override {}
-    QString fieldText(Field) const override { return {}; }
-    void setFieldText(Field, const QString &) override {}
-    void setLabel(Label, const QString &) override {}
-    void setStartCaption(const QString &) override {}
-    void setEnabled(Control, bool) override {}
-    void setSettingsTicked(bool) override {}
-    void setTrayTicked(bool) override {}
-    void showGrid(const GridView &) override {}
-    int gridCurrentRow() const override { return 0; }
-    qint32 gridRowData(int) const override { return 0; }
-    void setProgress(int, int, int) override {}
-    void setTrayTip(const QString &) override {}
-    void setTrayFlashing(bool) override {}
-    void setTrayShown(bool) override {}
-    void applyWindowLayout() override {}
-    int windowState() const override { return 0; }
-    void messageBox(const QString &) override {}
-    bool question(const QString &) override { return false; }
-};
 
 const QString status = QStringLiteral("status");
 
@@ -73,7 +48,7 @@ QString statusText(const std::vector<int> &order)
 struct Rig
 {
     SystemClock clock;
-    NullView view;
+    HeadlessView view;
     ErrorLog errors{clock, view, [] { return QStringLiteral("/proc/quorvane-bench/"); }};
     PlayerState state;
     Stats stats;

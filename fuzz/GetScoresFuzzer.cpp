@@ -9,7 +9,8 @@
 //   else  the whole piece is one datagram
 // GetScores runs once more at the end. A fatal report is the program's own way out,
 // so it ends the input without counting as a crash.
-#include "core/Clock.h"
+#include "FakeClock.h"
+#include "HeadlessView.h"
 #include "core/ErrorLog.h"
 #include "core/OutputPane.h"
 #include "core/Settings.h"
@@ -29,40 +30,6 @@
 
 namespace {
 
-class FixedClock final : public Clock
-{
-public:
-    QDateTime now() const override { return QDateTime(QDate(2026, 11, 22), QTime(23, 59, 59)); }
-    qint64 realMsFor(double) const override { return 0; }
-    void sleep(double) override {}
-};
-
-class NullView final : public View
-{
-public:
-    void paneAppended(const QString &) override {}
-    void paneCleared() override {}
-    void paneCursorToEnd() override {}
-    QString fieldText(Field) const override { return {}; }
-    void setFieldText(Field, const QString &) override {}
-    void setLabel(Label, const QString &) override {}
-    void setStartCaption(const QString &) override {}
-    void setEnabled(Control, bool) override {}
-    void setSettingsTicked(bool) override {}
-    void setTrayTicked(bool) override {}
-    void showGrid(const GridView &) override {}
-    int gridCurrentRow() const override { return 0; }
-    qint32 gridRowData(int) const override { return 0; }
-    void setProgress(int, int, int) override {}
-    void setTrayTip(const QString &) override {}
-    void setTrayFlashing(bool) override {}
-    void setTrayShown(bool) override {}
-    void applyWindowLayout() override {}
-    int windowState() const override { return 0; }
-    void messageBox(const QString &) override {}
-    bool question(const QString &) override { return false; }
-};
-
 void require(bool condition)
 {
     if (!condition)
@@ -71,8 +38,8 @@ void require(bool condition)
 
 struct Rig
 {
-    FixedClock clock;
-    NullView view;
+    FakeClock clock{QDateTime(QDate(2026, 11, 22), QTime(23, 59, 59))};
+    HeadlessView view;
     // A folder that cannot exist, so that no ErrLog.txt is written.
     ErrorLog errors{clock, view, [] { return QStringLiteral("/proc/quorvane-fuzz/"); }};
     PlayerState state;
@@ -88,11 +55,7 @@ struct Rig
     // As the receive handler takes a datagram in.
     void arrive(const QByteArray &datagram)
     {
-        const QString text = datagram.size() >= 2 ? RconCodec::CleanReply(Text::fromWire(datagram))
-                                                  : QStringLiteral("\r\n(no connection)");
-        if (pane.length() >= 24000)
-            pane.clear();
-        pane.append(text);
+        pane.appendReply(RconCodec::arrivalText(datagram));
     }
 
     void echo(const QString &cmd) { pane.append(QStringLiteral("\r\n") + RconCodec::echo(QStringLiteral("23:59:59"), cmd)); }

@@ -9,6 +9,13 @@ void OutputPane::append(const QString &text)
     m_view.paneAppended(text);
 }
 
+void OutputPane::appendReply(const QString &text)
+{
+    if (m_text.size() >= Limit)
+        clear();
+    append(text);
+}
+
 void OutputPane::clear()
 {
     m_text.clear();

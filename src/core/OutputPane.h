@@ -15,6 +15,10 @@ public:
     const QString &text() const { return m_text; }
     qsizetype length() const { return m_text.size(); }
     void append(const QString &text);
+    // A reply as the receive handler adds it: the pane is emptied whole first when it
+    // holds Limit characters or more, which keeps it small however long the program runs.
+    void appendReply(const QString &text);
+    static constexpr qsizetype Limit = 24000;
     void clear();
     void cursorToEnd();
     // The operator typed in the pane.

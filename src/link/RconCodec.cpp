@@ -35,4 +35,9 @@ QString CleanReply(const QString &text)
     return clean;
 }
 
+QString arrivalText(const QByteArray &datagram)
+{
+    return datagram.size() >= 2 ? CleanReply(QString::fromLatin1(datagram)) : QStringLiteral("\r\n(no connection)");
+}
+
 } // namespace RconCodec

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <QByteArray>
 #include <QString>
 
 // The framing of remote console datagrams, apart from the socket. Text is one byte a
@@ -21,5 +22,9 @@ QString echo(const QString &time, const QString &Cmd);
 
 // Colour codes ^0 to ^7 out, reply heads out, every line feed to CR LF; one pass each.
 QString CleanReply(const QString &text);
+
+// What one datagram adds to the pane: its cleaned text, or the no-connection line for a
+// datagram of fewer than 2 bytes.
+QString arrivalText(const QByteArray &datagram);
 
 } // namespace RconCodec

@@ -155,22 +155,16 @@ void RconLink::UDPClient_DataArrival(qint64 intBytes)
         const QByteArray bytes = m_socket->receiveDatagram().data();
         if (e.unloaded())
             return;
-        QString text;
-        if (intBytes >= 2) {
+        const QString text = RconCodec::arrivalText(bytes);
+        e.serverAnswered = intBytes >= 2;
+        if (e.serverAnswered) {
             double elapsed = e.clock().secondsSinceMidnight() - ResponseTimeStart;
             if (elapsed < 0)
                 elapsed += 86400; // the send was before midnight
             e.view().setLabel(View::Label::lblResponseTime,
                               QString::number(std::llround(elapsed * 1000)) + QStringLiteral(" ms"));
-            text = RconCodec::CleanReply(Text::fromWire(bytes));
-            e.serverAnswered = true;
-        } else {
-            text = QStringLiteral("\r\n(no connection)");
-            e.serverAnswered = false;
         }
-        if (e.pane().length() >= 24000)
-            e.pane().clear();
-        e.pane().append(text);
+        e.pane().appendReply(text);
         if (e.settings.logVerbose())
             e.log().WriteLog(text, false);
         e.pane().cursorToEnd();
