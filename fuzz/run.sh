@@ -1,13 +1,13 @@
 #!/usr/bin/env bash
 # SPDX-License-Identifier: MIT
 # Builds the GetScores fuzzer with clang and runs it for a bounded time.
-# Usage: fuzz/run.sh [seconds]   (default 60; build dir: $QUORVANE_FUZZ_BUILD or ../build-fuzz)
+# Usage: fuzz/run.sh [seconds]   (default 60; build dir: $QUORVANE_FUZZ_BUILD or build-fuzz)
 set -euo pipefail
 
 seconds=${1:-60}
 here=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)
 source_dir=$(dirname "$here")
-build=${QUORVANE_FUZZ_BUILD:-$(dirname "$source_dir")/build-fuzz}
+build=${QUORVANE_FUZZ_BUILD:-$source_dir/build-fuzz}
 
 generator=()
 command -v ninja >/dev/null && generator=(-G Ninja)
