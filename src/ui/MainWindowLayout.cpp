@@ -144,6 +144,9 @@ void MainWindowLayout::buildPaneAndGrid(QWidget *client)
     pal.setColor(QPalette::Text, Qt::yellow);
     txtOutput->setPalette(pal);
     QFont fixed = QFontDatabase::systemFont(QFontDatabase::FixedFont);
+    // Named first, since not every monospace font a system offers declares its fixed pitch.
+    fixed.setFamilies({QStringLiteral("Courier New"), QStringLiteral("DejaVu Sans Mono"),
+                       QStringLiteral("Liberation Mono"), QStringLiteral("Noto Mono"), fixed.family()});
     fixed.setStyleHint(QFont::TypeWriter);
     fixed.setPointSize(10);
     txtOutput->setFont(fixed);

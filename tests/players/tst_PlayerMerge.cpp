@@ -19,9 +19,9 @@ QStringList list(const QString &items)
 }
 
 // "num name ip:port [!]", "-" for a value the reply did not carry, "!" for a kicked player.
-PlayerRecord record(const QString &spec)
+PlayerRecord record(const QString &fields)
 {
-    const QStringList parts = spec.split(u' ');
+    const QStringList parts = fields.split(u' ');
     const auto known = [](const QString &v) { return v == u"-" ? unknownField() : v; };
     PlayerRecord r;
     r.num = known(parts.at(0));

@@ -47,12 +47,8 @@ class TstSimScript : public QObject
 
 private Q_SLOTS:
     void joinFields();
-    void badLines_data();
-    void badLines();
     void advanceTo_data();
     void advanceTo();
-    void timeNeverGoesBack();
-    void missingPlayerIsSkipped();
     void runFollowsRealTime();
     void demoScript();
 };
@@ -67,38 +63,6 @@ void TstSimScript::joinFields()
     const SimPlayer bravo{5, "Bravo", 3, 60, SimPlayer::State::Active, 12, "192.0.2.9", 28000, 0, 8000};
     QVERIFY(script.events()[2].player == bravo);
     QCOMPARE(script.events()[1].player.qport, 77);
-}
-
-void TstSimScript::badLines_data()
-{
-    QTest::addColumn<QByteArray>("text");
-    QTest::addColumn<QString>("error");
-
-    QTest::newRow("time") << QByteArray("0 map a\nsoon map b\n") << QStringLiteral("line 2: bad time \"soon\"");
-    QTest::newRow("negative time") << QByteArray("-1 map a") << QStringLiteral("line 1: bad time \"-1\"");
-    QTest::newRow("no verb") << QByteArray("\n\n3\n") << QStringLiteral("line 3: no verb after the time");
-    QTest::newRow("verb") << QByteArray("1 explode 3") << QStringLiteral("line 1: unknown verb \"explode\"");
-    QTest::newRow("quote") << QByteArray("1 join \"Open") << QStringLiteral("line 1: quote not closed");
-    QTest::newRow("escape") << QByteArray("1 join \"a\\q\"") << QStringLiteral("line 1: bad escape in quotes");
-    QTest::newRow("join field") << QByteArray("1 join A colour=red") << QStringLiteral("line 1: bad join field \"colour=red\"");
-    QTest::newRow("join slot") << QByteArray("1 join A slot=64") << QStringLiteral("line 1: bad join field \"slot=64\"");
-    QTest::newRow("join ping") << QByteArray("1 join A ping=fast") << QStringLiteral("line 1: bad join field \"ping=fast\"");
-    QTest::newRow("ping") << QByteArray("1 ping 3 LAG") << QStringLiteral("line 1: bad ping \"LAG\"");
-    QTest::newRow("score") << QByteArray("1 score 3 x") << QStringLiteral("line 1: bad score \"x\"");
-    QTest::newRow("leave arguments") << QByteArray("1 leave") << QStringLiteral("line 1: leave takes 1 argument(s)");
-    QTest::newRow("name arguments") << QByteArray("1 name 3 A B") << QStringLiteral("line 1: name takes 2 argument(s)");
-}
-
-void TstSimScript::badLines()
-{
-    QFETCH(QByteArray, text);
-    QFETCH(QString, error);
-    SimScript script;
-    QVERIFY(script.parse("0 map kept"));
-    QString got;
-    QVERIFY(!script.parse(text, &got));
-    QCOMPARE(got, error);
-    QCOMPARE(script.events().size(), 1);
 }
 
 void TstSimScript::advanceTo_data()
@@ -127,30 +91,6 @@ void TstSimScript::advanceTo()
     server.advanceTo(time);
     QCOMPARE(summary(server), state);
     QCOMPARE(server.scriptDone(), time >= 6.25);
-}
-
-void TstSimScript::timeNeverGoesBack()
-{
-    SimScript script;
-    QVERIFY(script.parse(kScript));
-    SimServer server;
-    server.setScript(script);
-    server.advanceTo(4);
-    const QByteArray at4 = summary(server);
-    server.advanceTo(1);
-    QCOMPARE(server.scriptTime(), 4.0);
-    QCOMPARE(summary(server), at4);
-}
-
-void TstSimScript::missingPlayerIsSkipped()
-{
-    SimScript script;
-    QVERIFY(script.parse("1 join A\n2 leave B\n2 score A 7\n"));
-    SimServer server;
-    server.setScript(script);
-    QTest::ignoreMessage(QtWarningMsg, "quorvane-sim: script line 2: no such player");
-    server.advanceTo(2);
-    QCOMPARE(summary(server), QByteArray("obj/obj_team1 0:A:50:7"));
 }
 
 void TstSimScript::runFollowsRealTime()

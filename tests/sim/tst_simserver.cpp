@@ -45,13 +45,10 @@ private Q_SLOTS:
     void splitEdges();
     void getStatusForm_data();
     void getStatusForm();
-    void ignored_data();
-    void ignored();
     void kicks_data();
     void kicks();
     void sayIsKept();
     void recording();
-    void portTakenOnce();
 
 private:
     void addFourPlayers();
@@ -260,25 +257,6 @@ void TstSimServer::getStatusForm()
                                               "999 \"Zed\xE9\"\n");
 }
 
-void TstSimServer::ignored_data()
-{
-    QTest::addColumn<QByteArray>("datagram");
-    QTest::newRow("other query") << oob('\x02', "getinfo xyz");
-    QTest::newRow("nothing after the head") << oob('\x02', "");
-    QTest::newRow("head cut short") << QByteArray("\xFF\xFF\xFF");
-    QTest::newRow("no head") << QByteArray("xxxxxrcon secret status");
-    QTest::newRow("rcon in capitals") << oob('\x02', "RCON secret status");
-    QTest::newRow("rcon with no blank") << oob('\x02', "rcon");
-}
-
-void TstSimServer::ignored()
-{
-    QFETCH(QByteArray, datagram);
-    send(datagram);
-    expectReplies(0);
-    QCOMPARE(m_server->received().first().bytes, datagram);
-}
-
 void TstSimServer::kicks_data()
 {
     QTest::addColumn<QByteArray>("command");
@@ -359,12 +337,6 @@ void TstSimServer::recording()
     QVERIFY(SimText::unescape(lines[1].mid(from.size()), &back));
     QCOMPARE(back, all);
     QCOMPARE(lines[3], QByteArray());
-}
-
-void TstSimServer::portTakenOnce()
-{
-    SimServer second;
-    QVERIFY(!second.listen(QHostAddress::LocalHost, m_server->port()));
 }
 
 QTEST_GUILESS_MAIN(TstSimServer)

@@ -176,19 +176,6 @@ private Q_SLOTS:
         QVERIFY(!w.child<QMenu>("mnuOptions")->menuAction()->isEnabled());
     }
 
-    void labels()
-    {
-        WindowWorld w;
-        using L = View::Label;
-        const QList<QPair<L, const char *>> labels{{L::lblResponseTime, "lblResponseTime"},
-                                                   {L::lblPlayers, "lblPlayers"}, {L::lblPing, "lblPing"},
-                                                   {L::lblPing2, "lblPing2"}, {L::lblMap, "lblMap"}};
-        for (const auto &[label, name] : labels)
-            w.window.setLabel(label, QString::fromLatin1(name));
-        for (const auto &[label, name] : labels)
-            QCOMPARE(w.child<QLabel>(name)->text(), QString::fromLatin1(name));
-    }
-
     void paneRoundTrip()
     {
         WindowWorld w;
