@@ -203,4 +203,4 @@ void tst_StatusParser::mapSequence()
 }
 
 QTEST_GUILESS_MAIN(tst_StatusParser)
-#include "tst_StatusParser.moc"
+#include "tst_statusparser.moc"

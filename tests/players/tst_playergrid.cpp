@@ -105,4 +105,4 @@ void tst_PlayerGrid::rowsAndWidths()
 }
 
 QTEST_GUILESS_MAIN(tst_PlayerGrid)
-#include "tst_PlayerGrid.moc"
+#include "tst_playergrid.moc"

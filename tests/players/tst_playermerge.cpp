@@ -163,4 +163,4 @@ void tst_PlayerMerge::failureIsFatal()
 }
 
 QTEST_GUILESS_MAIN(tst_PlayerMerge)
-#include "tst_PlayerMerge.moc"
+#include "tst_playermerge.moc"

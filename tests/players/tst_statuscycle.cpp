@@ -83,4 +83,4 @@ void tst_StatusCycle::getScores()
 }
 
 QTEST_GUILESS_MAIN(tst_StatusCycle)
-#include "tst_StatusCycle.moc"
+#include "tst_statuscycle.moc"
