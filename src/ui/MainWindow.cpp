@@ -389,7 +389,8 @@ void frmMain::Form_Resize()
     const int state = windowState();
     if (state == stateMinimized) {
         // Hidden a moment later: some window managers lose an icon hidden mid-change.
-        if (s.SysTray)
+        // Without a tray to click there would be no way back, so the window stays.
+        if (s.SysTray && TrayIcon::trayAvailable())
             QTimer::singleShot(0, this, [this] {
                 if (windowState() == stateMinimized && m_engine->settings.SysTray)
                     hide();

@@ -74,3 +74,21 @@ void TrayIcon::showPicture(bool flash)
     m_flashUp = flash;
     m_tray.setIcon(flash ? m_flashIcon : m_icon);
 }
+
+namespace {
+bool &assumeTray()
+{
+    static bool assumed = false;
+    return assumed;
+}
+} // namespace
+
+bool TrayIcon::trayAvailable()
+{
+    return assumeTray() || QSystemTrayIcon::isSystemTrayAvailable();
+}
+
+void TrayIcon::setTrayAvailableForTesting(bool available)
+{
+    assumeTray() = available;
+}

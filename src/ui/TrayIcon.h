@@ -31,6 +31,11 @@ public:
 
     static QIcon drawIcon(const QColor &fill, const QColor &letter);
 
+    // Whether a window hidden to the tray can be brought back: there is a tray to click.
+    static bool trayAvailable();
+    // For tests on a platform without a tray.
+    static void setTrayAvailableForTesting(bool available);
+
 Q_SIGNALS:
     // A single click on the icon. A click rather than a double-click: several tray hosts
     // never deliver double-clicks, and a click is what the operator tries first.

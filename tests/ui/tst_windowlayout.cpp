@@ -77,6 +77,7 @@ private Q_SLOTS:
     void trayKeepsMaximised()
     {
         WindowWorld w;
+        TrayIcon::setTrayAvailableForTesting(true);
         w.settings().SysTray = true;
         w.window.showMaximized();
         QTRY_VERIFY(w.window.isMaximized());
@@ -87,6 +88,18 @@ private Q_SLOTS:
         QTRY_VERIFY(w.window.isVisible());
         QVERIFY(w.window.isMaximized());
         QCOMPARE(w.window.windowState(), 2);
+        TrayIcon::setTrayAvailableForTesting(false);
+    }
+
+    void noTrayKeepsTheWindow()
+    {
+        WindowWorld w;
+        w.settings().SysTray = true;
+        w.window.show();
+        w.window.showMinimized();
+        QTRY_COMPARE(w.window.windowState(), 1);
+        QTest::qWait(20);
+        QVERIFY(w.window.isVisible());
     }
 
     void trayRefusesWithDialogOpen()
