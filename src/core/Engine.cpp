@@ -42,7 +42,7 @@ void Engine::guarded(const QString &routine, const std::function<void()> &handle
 
 void Engine::Pause(double seconds)
 {
-    ::Pause(m_clock, seconds, [this] { return m_unloaded; });
+    ::Pause(m_clock, seconds, &m_waits);
 }
 
 void Engine::LoadSettings(const QString &strAppName)
@@ -215,5 +215,6 @@ void Engine::Form_Unload()
     }
     // From here on a cycle still unwinding inside a Pause sends, logs and waits nothing.
     m_unloaded = true;
+    m_waits.cancel();
     Q_EMIT finished();
 }

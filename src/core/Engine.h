@@ -7,6 +7,7 @@
 #include "core/Settings.h"
 #include "core/SettingsStore.h"
 #include "core/Stats.h"
+#include "core/Waits.h"
 #include "enforcement/CheckCycle.h"
 #include "players/PlayerGrid.h"
 #include "players/PlayerMerge.h"
@@ -120,4 +121,5 @@ private:
     std::function<void()> m_statusOverride;
     bool m_unloading = false;
     bool m_unloaded = false;
+    WaitCancel m_waits;
 };
