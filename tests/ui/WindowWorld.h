@@ -14,6 +14,7 @@ struct WindowWorld
     explicit WindowWorld(double clockSpeed = 0)
         : clock(QDateTime(QDate(2026, 11, 22), QTime(12, 0, 0)), clockSpeed)
     {
+        settings().FileLoc = env.workDir(); // error records stay in the private folder
         window.show();
         [[maybe_unused]] const bool exposed = QTest::qWaitForWindowExposed(&window);
     }
