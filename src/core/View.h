@@ -16,7 +16,6 @@ struct GridView
     QStringList header;
     QList<Row> rows;        // below the header
     QList<qint32> columnWidths; // twips
-    bool headerFixed = true;
 };
 
 // The one way from the engine to the window's controls. The main window implements

@@ -31,7 +31,6 @@ public:
     void SendCommands();
 
     qint32 srvqueueTop = -1;
-    const SrvCmd &entry(int index) const { return m_srvqueue.at(static_cast<size_t>(index)); }
 
 private:
     void drain();

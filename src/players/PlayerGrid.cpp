@@ -52,7 +52,6 @@ PlayerGrid::Picture PlayerGrid::picture(const PlayerState &state, const Settings
                            QStringLiteral("Score"), QStringLiteral("IP"), QStringLiteral("Joined"),
                            QStringLiteral("Status"), QStringLiteral("Warn")};
     g.columnWidths = baseWidths();
-    g.headerFixed = true;
     g.rows.reserve(state.currentCount + 2);
 
     qsizetype longestName = 0;
