@@ -175,25 +175,6 @@ private Q_SLOTS:
         QVERIFY(writes.contains(QStringLiteral("quorvane12/CommandDelay=1")));
     }
 
-    void resetStatsKeepsChecks()
-    {
-        Settings s;
-        Stats st;
-        st.checks = 9;
-        st.players = 4;
-        st.map = QStringLiteral("m");
-        st.prevmap = QStringLiteral("p");
-        FakeClock clock(QDateTime(QDate(2026, 1, 2), QTime(6, 0)));
-        SettingsStore store(s, st, clock);
-        store.ResetStats();
-        QCOMPARE(st.checks, 9);
-        QCOMPARE(st.players, 0);
-        QCOMPARE(st.map, QString());
-        QCOMPARE(st.prevmap, QStringLiteral("p"));
-        QCOMPARE(st.starttime, 0.25);
-        QCOMPARE(st.startdate, QDate(2026, 1, 2));
-    }
-
 private:
     std::unique_ptr<TestEnv> env;
 };

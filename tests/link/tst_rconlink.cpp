@@ -195,16 +195,6 @@ private Q_SLOTS:
         QVERIFY(w.view.boxes.first().endsWith(QStringLiteral("Error sending via UDP (UDPClient_SendMessage)[13]: Type mismatch")));
     }
 
-    void portTakenTwiceFails()
-    {
-        EngineWorld a;
-        a.engine.link().bind(0);
-        QUdpSocket probe;
-        probe.bind(QHostAddress::AnyIPv4, 0);
-        const quint16 taken = probe.localPort();
-        EngineWorld b;
-        QVERIFY_THROWS_EXCEPTION(RuntimeError, b.engine.link().bind(taken));
-    }
 };
 
 QTEST_GUILESS_MAIN(TestRconLink)

@@ -98,38 +98,6 @@ private Q_SLOTS:
         QCOMPARE(control->isVisibleTo(&w.window), shown);
     }
 
-    void windowAndSpecialControls()
-    {
-        WindowWorld w;
-        QCOMPARE(w.window.windowTitle(), u"Harl Dunmere's Quorvane"_s);
-        QCOMPARE(w.window.centralWidget()->size(), QSize(608, 472));
-        QVERIFY(!w.child<QPushButton>("cmdJunk")->isEnabled());
-        QCOMPARE(w.child<QLineEdit>("txtPwd")->echoMode(), QLineEdit::Password);
-        auto *persona = w.child<QComboBox>("cmbPersona");
-        QCOMPARE(QStringList({persona->itemText(0), persona->itemText(1), persona->itemText(2)}),
-                 QStringList({u"Clinical"_s, u"Reserved"_s, u"Obnoxious"_s}));
-        auto *pane = w.child<QPlainTextEdit>("txtOutput");
-        QCOMPARE(pane->lineWrapMode(), QPlainTextEdit::NoWrap);
-        QCOMPARE(pane->palette().color(QPalette::Text), QColor(Qt::yellow));
-        QCOMPARE(pane->palette().color(QPalette::Base), QColor(Qt::black));
-        QVERIFY(QFontInfo(pane->font()).fixedPitch());
-    }
-
-    void tabOrder()
-    {
-        WindowWorld w;
-        const QStringList order = u"txtHost txtPort txtPwd cmdStatus cmdServerInfo cmdOther cmdQuit txtOutput "
-                                  u"txtServerName cmdStart chkSettings gridPlayers cmdKick cmdKickBan chkTray txtSay "
-                                  u"cmdSay"_s.split(u' ');
-        QStringList seen;
-        QWidget *at = w.child<QWidget>("txtHost");
-        for (int i = 0; i < 500 && seen.size() < order.size(); ++i, at = at->nextInFocusChain()) {
-            if (order.contains(at->objectName()) && !seen.contains(at->objectName()))
-                seen.append(at->objectName());
-        }
-        QCOMPARE(seen, order);
-    }
-
     void menus()
     {
         WindowWorld w;
@@ -267,20 +235,6 @@ private Q_SLOTS:
         const QStringList now{s.Host, QString::number(s.Port), s.Pwd, s.Voice}; // in the order of View::Field
         QCOMPARE(now.at(field), setting);
         QCOMPARE(w.window.fieldText(View::Field(field)), typed); // the box as it stands
-    }
-
-    void ticksWriteThrough()
-    {
-        WindowWorld w;
-        w.window.setSettingsTicked(true);
-        w.child<QCheckBox>("chkSettings")->click();
-        QCOMPARE(w.settings().SaveSettings, false);
-        w.window.setTrayTicked(false);
-        w.child<QCheckBox>("chkTray")->click();
-        QCOMPARE(w.settings().SysTray, true);
-        QVERIFY(w.window.sysTray().isShown());
-        w.child<QCheckBox>("chkTray")->click();
-        QVERIFY(!w.window.sysTray().isShown());
     }
 
     void sayAndServerInfoGoOut()
