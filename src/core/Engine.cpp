@@ -117,7 +117,7 @@ void Engine::cmdStart_Click()
 {
     if (!engineRunning) {
         timKickcheck.start();
-        m_view.setProgress(0, qRound(static_cast<float>(timKickcheck.interval()) / 1000.0f), 0);
+        setProgress(0);
         timProgress.start();
         m_view.setStartCaption(QStringLiteral("Stop"));
         engineRunning = true;
@@ -130,7 +130,7 @@ void Engine::cmdStart_Click()
         timKickcheck.stop();
         timProgress.stop();
         intProgressCheck = 0;
-        m_view.setProgress(0, qRound(static_cast<float>(timKickcheck.interval()) / 1000.0f), 0);
+        setProgress(0);
         m_view.setStartCaption(QStringLiteral("Start"));
         engineRunning = false;
         if (settings.SaveLog)
@@ -157,17 +157,16 @@ void Engine::TkCheck()
 
 void Engine::timKickcheck_Timer()
 {
-    const int maximum = qRound(static_cast<float>(timKickcheck.interval()) / 1000.0f);
     m_pane.append(QStringLiteral("\r\nRunning a TK check.....\r\n"));
     timProgress.stop();
-    m_view.setProgress(0, maximum, maximum);
+    setProgress(progressMaximum());
     if (!checkRunning) {
         SetCommandControls(0);
         TkCheck();
         SetCommandControls(1);
     }
     intProgressCheck = 0;
-    m_view.setProgress(0, maximum, 0);
+    setProgress(0);
     if (engineRunning && !m_unloaded)
         timProgress.start();
 }
@@ -175,8 +174,18 @@ void Engine::timKickcheck_Timer()
 void Engine::timProgress_Timer()
 {
     ++intProgressCheck;
-    const int maximum = qRound(static_cast<float>(timKickcheck.interval()) / 1000.0f);
-    m_view.setProgress(0, maximum, intProgressCheck);
+    setProgress(intProgressCheck);
+}
+
+int Engine::progressMaximum() const
+{
+    // The bar counts the seconds of one check interval.
+    return qRound(static_cast<float>(timKickcheck.interval()) / 1000.0f);
+}
+
+void Engine::setProgress(int value)
+{
+    m_view.setProgress(0, progressMaximum(), value);
 }
 
 void Engine::SetCommandControls(int intEnable)

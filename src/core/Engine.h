@@ -103,6 +103,9 @@ Q_SIGNALS:
     void announcementsToArm(bool on);
 
 private:
+    int progressMaximum() const;
+    void setProgress(int value);
+
     Clock &m_clock;
     View &m_view;
     OutputPane m_pane;
