@@ -17,6 +17,7 @@ Engine::Engine(Clock &clock, View &view, QObject *parent)
     , m_errors(clock, view, [this] { return settings.FileLoc; })
     , m_log(clock, m_errors, settings, stats)
     , m_store(settings, stats, clock)
+    , m_lists(settings, m_errors)
     , m_link(std::make_unique<RconLink>(*this))
     , m_queue(std::make_unique<CommandQueue>(*this))
     , m_parser(m_players, stats, clock, m_errors)
@@ -31,6 +32,8 @@ Engine::Engine(Clock &clock, View &view, QObject *parent)
             [this] { guarded(QStringLiteral("timKickcheck_Timer"), [this] { timKickcheck_Timer(); }); });
     connect(&timProgress, &QTimer::timeout, this,
             [this] { guarded(QStringLiteral("timProgress_Timer"), [this] { timProgress_Timer(); }); });
+    // Taken-over settings: the lists of the old folder follow into the new one.
+    connect(this, &Engine::listsToCopy, this, [this] { m_lists.CopyListsToNewFolder(); });
 }
 
 Engine::~Engine() = default;
@@ -49,6 +52,7 @@ void Engine::LoadSettings(const QString &strAppName)
 {
     m_store.readSettings(strAppName);
     m_store.ResetStats();
+    m_lists.LoadAll();
 }
 
 void Engine::FirstRunCheck()

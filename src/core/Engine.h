@@ -9,6 +9,7 @@
 #include "core/Stats.h"
 #include "core/Waits.h"
 #include "enforcement/CheckCycle.h"
+#include "messages/ListFiles.h"
 #include "players/PlayerGrid.h"
 #include "players/PlayerMerge.h"
 #include "players/PlayerState.h"
@@ -51,6 +52,7 @@ public:
     PlayerGrid &grid() { return m_grid; }
     StatusCycle &statusCycle() { return m_statusCycle; }
     CheckCycle &checkCycle() { return m_checkCycle; }
+    ListFiles &lists() { return m_lists; }
 
     Settings settings;
     Stats stats;
@@ -112,6 +114,7 @@ private:
     ErrorLog m_errors;
     ActivityLog m_log;
     SettingsStore m_store;
+    ListFiles m_lists;
     std::unique_ptr<RconLink> m_link;
     std::unique_ptr<CommandQueue> m_queue;
     PlayerState m_players;
