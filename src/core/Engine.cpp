@@ -23,6 +23,7 @@ Engine::Engine(Clock &clock, View &view, QObject *parent)
     , m_parser(m_players, stats, clock, m_errors)
     , m_merge(m_players, stats, m_errors)
     , m_grid(m_players, stats, settings, view)
+    , m_variables(m_players, stats, settings, m_lists, clock)
     , m_statusCycle(m_pane, m_parser, m_merge, m_errors, this)
     , m_checkCycle(*this)
 {

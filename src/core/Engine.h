@@ -10,6 +10,7 @@
 #include "core/Waits.h"
 #include "enforcement/CheckCycle.h"
 #include "messages/ListFiles.h"
+#include "messages/Variables.h"
 #include "players/PlayerGrid.h"
 #include "players/PlayerMerge.h"
 #include "players/PlayerState.h"
@@ -53,6 +54,12 @@ public:
     StatusCycle &statusCycle() { return m_statusCycle; }
     CheckCycle &checkCycle() { return m_checkCycle; }
     ListFiles &lists() { return m_lists; }
+
+    // The % variables filled in; -1 for no player.
+    QString ExpandVariables(const QString &strMessage, qint32 intPlayerNum) const
+    {
+        return m_variables.ExpandVariables(strMessage, intPlayerNum);
+    }
 
     Settings settings;
     Stats stats;
@@ -121,6 +128,7 @@ private:
     StatusParser m_parser;
     PlayerMerge m_merge;
     PlayerGrid m_grid;
+    Variables m_variables;
     StatusCycle m_statusCycle;
     CheckCycle m_checkCycle;
     std::function<void()> m_checkOverride;
