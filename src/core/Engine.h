@@ -8,7 +8,10 @@
 #include "core/SettingsStore.h"
 #include "core/Stats.h"
 #include "core/Waits.h"
+#include "enforcement/BanAction.h"
 #include "enforcement/CheckCycle.h"
+#include "enforcement/KickAction.h"
+#include "enforcement/PolicyContext.h"
 #include "messages/ListFiles.h"
 #include "messages/Variables.h"
 #include "players/PlayerGrid.h"
@@ -54,6 +57,17 @@ public:
     StatusCycle &statusCycle() { return m_statusCycle; }
     CheckCycle &checkCycle() { return m_checkCycle; }
     ListFiles &lists() { return m_lists; }
+    PolicyContext &policies() { return m_policies; }
+
+    // The kick and ban actions, for the policies' callers and the operator's buttons.
+    void kickPlayer(qint32 intPlayerNumToKick, const QString &strReason, bool bDoNow = false)
+    {
+        m_kick.kickPlayer(intPlayerNumToKick, strReason, bDoNow);
+    }
+    void Ban(qint32 intPlayerNumber, const QString &KickReason, bool bForceBan = false)
+    {
+        m_ban.Ban(intPlayerNumber, KickReason, bForceBan);
+    }
 
     // The % variables filled in; -1 for no player.
     QString ExpandVariables(const QString &strMessage, qint32 intPlayerNum) const
@@ -113,6 +127,7 @@ Q_SIGNALS:
 
 private:
     int progressMaximum() const;
+    QueueCommand queueCommand();
     void setProgress(int value);
 
     Clock &m_clock;
@@ -129,6 +144,9 @@ private:
     PlayerMerge m_merge;
     PlayerGrid m_grid;
     Variables m_variables;
+    BanAction m_ban;
+    KickAction m_kick;
+    PolicyContext m_policies;
     StatusCycle m_statusCycle;
     CheckCycle m_checkCycle;
     std::function<void()> m_checkOverride;
