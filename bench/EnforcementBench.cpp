@@ -4,19 +4,15 @@
 // the waits are left out; they are the queue's pacing, not work.
 #include "FakeClock.h"
 #include "HeadlessView.h"
+#include "PolicyStack.h"
+#include "ReplyText.h"
 #include "TestEnv.h"
-#include "core/ActivityLog.h"
 #include "core/ErrorLog.h"
 #include "core/OutputPane.h"
 #include "core/Settings.h"
 #include "core/Stats.h"
 #include "core/Text.h"
-#include "enforcement/BanAction.h"
 #include "enforcement/CheckCycle.h"
-#include "enforcement/KickAction.h"
-#include "link/RconCodec.h"
-#include "messages/ListFiles.h"
-#include "messages/Variables.h"
 #include "players/PlayerMerge.h"
 #include "players/PlayerState.h"
 #include "players/StatusParser.h"
@@ -33,21 +29,19 @@ namespace {
 const QString status = QStringLiteral("status");
 constexpr int Players = 256;
 
+// Player k on slot `slot`; player 42 sends a rate of 99999.
 QString statusText(const std::vector<int> &order)
 {
-    QString raw = RconCodec::replyHeader() + QStringLiteral("map: obj/obj_team2\n")
-        + QStringLiteral("num score ping name            lastmsg address               qport rate\n")
-        + QStringLiteral("--- ----- ---- --------------- ------- --------------------- ----- -----\n");
+    QStringList rows;
     for (size_t slot = 0; slot < order.size(); ++slot) {
-        const int p = order[slot];
-        const QString address = QStringLiteral("10.%1.%2.7:%3").arg(p / 256).arg(p % 256).arg(12203 + p);
-        raw += QString::number(slot).rightJustified(3) + u' ' + QString::number(p % 40).rightJustified(5) + u' '
-            + QString::number(30 + p % 200).rightJustified(4) + u' '
-            + (QStringLiteral("Player ") + QString::number(p)).leftJustified(16) + QStringLiteral("      0 ")
-            + address.leftJustified(22) + QString::number(1000 + p).rightJustified(5)
-            + (p == 42 ? QStringLiteral(" 99999\n") : QStringLiteral(" 25000\n"));
+        ReplyText::StatusRow row = ReplyText::numberedRow(order[slot]);
+        row.num = QString::number(slot);
+        row.score = QString::number(order[slot] % 40);
+        row.ping = QString::number(30 + order[slot] % 200);
+        row.rate = QString::fromLatin1(order[slot] == 42 ? "99999" : "25000");
+        rows.append(ReplyText::statusRow(row));
     }
-    return status + QStringLiteral("\r\n===============\r\n") + RconCodec::CleanReply(raw + u'\n');
+    return ReplyText::replyText(status, ReplyText::rawStatus(QStringLiteral("obj/obj_team2"), rows));
 }
 
 // A word of letters that no "PLAYER n" holds.
@@ -78,15 +72,8 @@ struct Rig
     ErrorLog errors{clock, view, [this] { return settings.FileLoc; }};
     StatusParser parser{state, stats, clock, errors};
     PlayerMerge merge{state, stats, errors};
-    ListFiles lists{settings, errors};
-    Variables variables{state, stats, settings, lists, clock};
-    ActivityLog log{clock, errors, settings, stats};
-    BanAction ban{state, settings, stats, lists, log, clock};
-    qint64 queued = 0;
-    QueueCommand queue = [this](const QString &, bool, bool, bool, qint32) { return ++queued, true; };
-    KickAction kick{state, settings, stats, lists, variables, log, clock, ban, queue};
     OutputPane pane{view};
-    PolicyContext context{state, settings, stats, lists, kick, log, pane, clock, queue};
+    PolicyStack stack{state, settings, stats, clock, errors, pane};
     QString replies[2];
 
     // With `kicks`, four of the 2048 entries (a name, an address, a word) and a rate hit.
@@ -101,13 +88,13 @@ struct Rig
         };
         write("servmsg.txt", listOf(2048, [](int i) { return "Message " + QByteArray::number(i) + " on %map%"; }));
         write("highping.txt", listOf(2048, [](int i) { return "%name% lags " + QByteArray::number(i); }));
-        write("banned.txt", listOf(2048, [kicks](int i) { return kicks && i == 2047 ? "player 7" : "Banned " + QByteArray::number(i); }));
+        write("banned.txt", listOf(2048, [kicks](int i) { return kicks && i == 2047 ? "player7" : "Banned " + QByteArray::number(i); }));
         write("bannedIP.txt", listOf(2048, [kicks](int i) {
-                  return kicks && i == 1000 ? QByteArray("10.0.9.7") : "172.31." + QByteArray::number(i / 256) + '.' + QByteArray::number(i % 256);
+                  return kicks && i == 1000 ? QByteArray("10.0.0.9") : "172.31." + QByteArray::number(i / 256) + '.' + QByteArray::number(i % 256);
               }));
-        write("badnames.txt", listOf(2048, [kicks](int i) { return kicks && i == 5 ? QByteArray("r 200") : word(i); }));
+        write("badnames.txt", listOf(2048, [kicks](int i) { return kicks && i == 5 ? QByteArray("r200") : word(i); }));
         write("immuneIP.txt", listOf(2048, [](int i) { return "192.168." + QByteArray::number(i / 256) + '.' + QByteArray::number(i % 256); }));
-        lists.LoadAll();
+        stack.lists.LoadAll();
 
         std::vector<int> order(Players);
         std::iota(order.begin(), order.end(), 0);
@@ -123,7 +110,7 @@ struct Rig
         const qint32 area = parser.GoodStatus(text, status);
         if (area > 0 && parser.ParseScores(Text::midToEnd(text, area), status))
             merge.CopyPlayers();
-        CheckCycle::runPolicies(context);
+        CheckCycle::runPolicies(stack.context);
     }
 };
 
@@ -135,12 +122,12 @@ void BM_CheckCycleWork(benchmark::State &state)
     int flip = 0;
     for (auto _ : state) {
         rig->clock.jump(6); // past the repeat gate: every cycle kicks in full
-        rig->queued = 0;
+        rig->stack.queued.clear();
         rig->cycle(rig->replies[flip ^= 1]);
     }
-    if (rig->state.currentCount != Players || rig->queued != (kicks ? 8 : 0))
+    if (rig->state.currentCount != Players || rig->stack.queued.size() != (kicks ? 8 : 0))
         state.SkipWithError("the cycle did not do what it should");
-    state.counters["queued"] = static_cast<double>(rig->queued);
+    state.counters["queued"] = static_cast<double>(rig->stack.queued.size());
 }
 
 // The nine policies alone, over the merged table.
@@ -150,7 +137,8 @@ void BM_Policies(benchmark::State &state)
     rig->cycle(rig->replies[0]);
     for (auto _ : state) {
         rig->clock.jump(6);
-        CheckCycle::runPolicies(rig->context);
+        rig->stack.queued.clear();
+        CheckCycle::runPolicies(rig->stack.context);
     }
 }
 

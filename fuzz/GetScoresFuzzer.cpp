@@ -15,19 +15,15 @@
 // so it ends the input without counting as a crash.
 #include "FakeClock.h"
 #include "HeadlessView.h"
-#include "core/ActivityLog.h"
+#include "PolicyStack.h"
 #include "core/ErrorLog.h"
 #include "core/OutputPane.h"
 #include "core/Settings.h"
 #include "core/Stats.h"
 #include "core/Text.h"
 #include "core/View.h"
-#include "enforcement/BanAction.h"
 #include "enforcement/CheckCycle.h"
-#include "enforcement/KickAction.h"
 #include "link/RconCodec.h"
-#include "messages/ListFiles.h"
-#include "messages/Variables.h"
 #include "players/PlayerGrid.h"
 #include "players/PlayerMerge.h"
 #include "players/PlayerState.h"
@@ -62,22 +58,29 @@ struct Rig
     StatusParser parser{state, stats, clock, errors};
     PlayerMerge merge{state, stats, errors};
     StatusCycle cycle{pane, parser, merge, errors};
-    ListFiles lists{settings, errors};
-    Variables variables{state, stats, settings, lists, clock};
-    ActivityLog log{clock, errors, settings, stats};
-    BanAction ban{state, settings, stats, lists, log, clock};
-    qint64 queued = 0;
-    QueueCommand queue = [this](const QString &, bool, bool, bool, qint32) { return ++queued, true; };
-    KickAction kick{state, settings, stats, lists, variables, log, clock, ban, queue};
-    PolicyContext context{state, settings, stats, lists, kick, log, pane, clock, queue};
+    PolicyStack stack{state, settings, stats, clock, errors, pane};
 
     Rig()
     {
         errors.setTerminate([] { throw FatalExit{}; });
-        static QTemporaryDir folder;
-        settings.FileLoc = folder.path() + u'/';
-        const auto write = [this](const char *name, const char *text) {
-            QFile file(settings.FileLoc + QString::fromLatin1(name));
+        static const QString folder = seedLists();
+        settings.FileLoc = folder;
+        stack.lists.LoadAll();
+        settings.KickTK = settings.QPort = settings.Rate = settings.NameCheck = true;
+    }
+    ~Rig()
+    {
+        if (stats.banadds > 0) // the next input starts from the seeds again
+            seedLists(settings.FileLoc);
+    }
+
+    static QString seedLists(QString folder = QString())
+    {
+        static QTemporaryDir dir;
+        if (folder.isEmpty())
+            folder = dir.path() + u'/';
+        const auto write = [&folder](const char *name, const char *text) {
+            QFile file(folder + QString::fromLatin1(name));
             if (file.open(QIODevice::WriteOnly | QIODevice::Truncate))
                 file.write(text);
         };
@@ -86,8 +89,7 @@ struct Rig
         write("bannedIP.txt", "127.0.0.1\r\n----\r\n");
         write("badnames.txt", "a\r\naa\r\n^\r\n \t\r\n");
         write("immuneIP.txt", "192.0.2.1\r\n");
-        lists.LoadAll();
-        settings.KickTK = settings.QPort = settings.Rate = settings.NameCheck = true;
+        return folder;
     }
 
     void setUp(const QByteArray &piece)
@@ -106,13 +108,13 @@ struct Rig
     void runPolicies()
     {
         const qint32 count = state.currentCount;
-        CheckCycle::runPolicies(context);
+        CheckCycle::runPolicies(stack.context);
         require(state.currentCount == count);
         for (qint32 k = 1; k <= count; ++k) {
             const PlayerRecord &r = state.currentPlayers[k];
             require(r.warn >= 0 && (r.status == u"Ok" || r.status.startsWith(u"Kicked (")));
         }
-        require(lists.bannedNameTop() < ListTable::Size && lists.bannedIPTop() < ListTable::Size);
+        require(stack.lists.bannedNameTop() < ListTable::Size && stack.lists.bannedIPTop() < ListTable::Size);
         require(stats.pingkicks >= 0 && stats.bankicks >= 0 && stats.tkkicks >= 0 && stats.banadds >= 0);
     }
 
