@@ -32,7 +32,9 @@ rm -f build-pkg/quorvane_*.deb
 (cd build-pkg && cpack >/dev/null)
 deb=$(echo "$PWD"/build-pkg/quorvane_*.deb)
 echo "$(basename "$deb"): $(stat -c %s "$deb") bytes, installed size $(dpkg-deb --field "$deb" Installed-Size) KiB"
-echo "Depends: $(dpkg-deb --field "$deb" Depends)"
+depends=$(dpkg-deb --field "$deb" Depends)
+echo "Depends: $depends"
+grep -q "libqt6widgets6" <<<"$depends" || fail "the dependencies miss the Qt libraries"
 
 step "Install"
 $sudo env DEBIAN_FRONTEND=noninteractive apt-get install -y -qq -o DPkg::Lock::Timeout=300 "$deb" >/dev/null
@@ -47,8 +49,10 @@ for f in /usr/bin/quorvane /usr/bin/quorvane-sim /usr/share/quorvane/demo.script
 done
 
 step "Desktop entry: desktop-file-validate"
-desktop-file-validate /usr/share/applications/org.quorvane.quorvane.desktop
-echo "valid"
+# Hints too: one that says the entry has no main category means it lands in no menu.
+hints=$(desktop-file-validate /usr/share/applications/org.quorvane.quorvane.desktop 2>&1) || fail "$hints"
+[ -z "$hints" ] || fail "$hints"
+echo "valid, without hints"
 
 step "Metainfo: appstreamcli validate, offline"
 appstreamcli validate --no-net /usr/share/metainfo/org.quorvane.quorvane.metainfo.xml
@@ -105,7 +109,7 @@ wait_for() { # <seconds> <description> <command...>
     local seconds=$1 what=$2
     shift 2
     for _ in $(seq $((seconds * 10))); do
-        "$@" && return 0
+        "$@" 2>/dev/null && return 0
         sleep 0.1
     done
     fail "no $what within $seconds s"
@@ -122,10 +126,12 @@ start_sim() {
     sim_port=$(sed -n 's/.*listening on 127.0.0.1:\([0-9]*\)$/\1/p' "$dir/sim.out")
 }
 
+declare -A stop_signal
 # start_unit <unit file> <instance> <home> <sim port> <password>: seeds the settings where the
-# unit's environment puts them, then starts the unit's command line. Sets unit_pid.
+# unit's environment puts them, then starts the unit's command line. Sets unit_pid and notes
+# the signal by which the unit stops it.
 start_unit() {
-    local unit=$1 instance=$2 home=$3 simport=$4 pwd=$5 line config umask=0022 command=""
+    local unit=$1 instance=$2 home=$3 simport=$4 pwd=$5 line config umask=0022 command="" signal=SIGTERM
     local environment=(PATH=/usr/bin:/bin HOME="$home" LANG=C.UTF-8 XDG_RUNTIME_DIR="$runtime")
     config=$home/.config
     while IFS= read -r line; do
@@ -137,6 +143,7 @@ start_unit() {
         case $line in
             Environment=*) environment+=("${line#Environment=}") ;;
             UMask=*) umask=${line#UMask=} ;;
+            KillSignal=*) signal=${line#KillSignal=} ;;
             ExecStart=*) command=${line#ExecStart=} ;;
         esac
     done < "$unit"
@@ -149,6 +156,7 @@ start_unit() {
         >> "$home/journal" 2>&1 &
     unit_pid=$!
     pids+=("$unit_pid")
+    stop_signal[$unit_pid]=$signal
 }
 
 # check_run <name> <pid> <working folder> <settings file> <password>
@@ -158,11 +166,11 @@ check_run() {
     wait_for 30 "status reply in the log ($name)" grep -qa "num score ping" "$dir/servlog.txt"
     # The automatic start's record follows the whole exchange, the reply read into the table.
     wait_for 30 "automatic start ($name)" grep -qa "Automatically starting TK check" "$dir/servlog.txt"
-    kill -TERM "$pid"
+    kill -s "${stop_signal[$pid]}" "$pid"
     for _ in $(seq 300); do kill -0 "$pid" 2>/dev/null || break; sleep 0.1; done
     kill -0 "$pid" 2>/dev/null && fail "$name still running 30 s after SIGTERM"
     wait "$pid" || status=$?
-    [ "$status" -eq 0 ] || fail "$name ended with status $status"
+    [ "$status" -eq 0 ] || fail "$name ended with status $status after ${stop_signal[$pid]}"
     local log
     log=$(tr -d '\r' < "$dir/servlog.txt")
     grep -q "^Shutting down and closing log.$" <<<"$log" || fail "$name: no closing record"
@@ -171,7 +179,7 @@ check_run() {
     [ "$(tail -n 1 <<<"$log")" = "$(printf -- '-%.0s' $(seq 52))" ] || fail "$name: log does not end with its block"
     grep -qxF "FileLoc=$dir/" "$ini" || fail "$name: settings not saved at the stop ($ini)"
     [ ! -e "$dir/ErrLog.txt" ] || fail "$name: $(cat "$dir/ErrLog.txt")"
-    echo "$name: status exchange seen, SIGTERM ended it with status 0; working folder $dir"
+    echo "$name: status exchange seen, ${stop_signal[$pid]} ended it with status 0; working folder $dir"
 }
 
 step "quorvane.service: one server"
@@ -180,7 +188,7 @@ start_unit "$units/quorvane.service" "" "$work/single/home" "$sim_port" pw-singl
 check_run single "$unit_pid" "$work/single/home/.local/share/quorvane" \
     "$work/single/home/.config/quorvane/quorvane12.ini" pw-single
 echo "The log's closing block:"
-tr -d '\r' < "$work/single/home/.local/share/quorvane/servlog.txt" | tail -n 15 | sed 's/^/    /'
+tr -d '\r' < "$work/single/home/.local/share/quorvane/servlog.txt" | tail -n 14 | sed 's/^/    /'
 echo "What it printed (the journal under systemd):"
 sed 's/^/    /' "$work/single/home/journal"
 [ -s "$work/single/home/journal" ] || echo "    (nothing)"
