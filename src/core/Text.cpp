@@ -16,12 +16,22 @@ namespace {
     throw RuntimeError(RuntimeError::InvalidCall, QStringLiteral("Invalid procedure call or argument"));
 }
 
+// The text without the blanks at its ends, as a view: no copy.
+QStringView trimmedView(QStringView text)
+{
+    while (!text.isEmpty() && text.front() == u' ')
+        text = text.sliced(1);
+    while (!text.isEmpty() && text.back() == u' ')
+        text.chop(1);
+    return text;
+}
+
 template<typename Int>
 Int toWhole(const QString &text)
 {
     if (!isNumeric(text))
         throw RuntimeError(RuntimeError::TypeMismatch, QStringLiteral("Type mismatch"));
-    const QString t = trimBlanks(text);
+    const QStringView t = trimmedView(text);
     double value = 0;
     if (t.contains(u'.')) {
         value = std::nearbyint(t.toDouble()); // default rounding: halves to even
@@ -115,7 +125,7 @@ QString upper(const QString &text)
 
 bool isNumeric(const QString &text)
 {
-    const QString t = trimBlanks(text);
+    const QStringView t = trimmedView(text);
     qsizetype i = 0;
     if (i < t.size() && (t.at(i) == u'+' || t.at(i) == u'-'))
         ++i;
