@@ -55,8 +55,8 @@ The demo server's script (tools/sim/demo.script), with a check every 5 seconds:
   ~20 s   Flooder, rate 90000 above the permitted 25000: kicked and banned
   ~25 s   Spammer, from a banned address: kicked
   ~30 s   xXCheaterXx, a bad word in the name: kicked and banned
-  ~50 s   Quillon, three checks above 400 ms: kicked (a high ping is never banned)
   ~45 s   a second "kestrel" is warned at every check, and kicked after a minute
+  ~50 s   Quillon, three checks above 400 ms: kicked (a high ping is never banned)
   ~60 s   Gr1efer, Griefer again from his banned address: kicked
   ~80 s   Tarn lags, but his address is immune: "Immune (Tarn / high ping)"
   ~90 s   Mossfoot's score falls to -4: kicked for TKing
