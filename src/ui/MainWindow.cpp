@@ -5,9 +5,12 @@
 #include "core/RuntimeError.h"
 #include "core/Text.h"
 #include "link/RconLink.h"
+#include "ui/AboutDialog.h"
 #include "ui/MainWindowLayout.h"
 #include "ui/PaneMirror.h"
 #include "ui/Prompts.h"
+#include "ui/SettingsDialog.h"
+#include "ui/ToleranceDialog.h"
 #include "ui/TrayIcon.h"
 
 #include <QAction>
@@ -143,6 +146,25 @@ void frmMain::cmdSay_Click()
     const QString words = Text::trimBlanks(m_ui->txtSay->text());
     m_engine->link().UDPClient_SendMessage(QStringLiteral("say ") + words, true, true);
     m_ui->txtSay->clear();
+}
+
+// The dialogs open modally; the timers go on while they are open.
+void frmMain::mnuTolerance_Click()
+{
+    frmTolerance dialog(*m_engine, this);
+    dialog.exec();
+}
+
+void frmMain::mnuSettings_Click()
+{
+    frmSettings dialog(*m_engine, this);
+    dialog.exec();
+}
+
+void frmMain::mnuAbout_Click()
+{
+    frmAbout dialog(*m_engine, this);
+    dialog.exec();
 }
 
 void frmMain::chkTray_Click(bool ticked)

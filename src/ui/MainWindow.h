@@ -83,10 +83,10 @@ private:
     void mnuKick_Click() {}    // filled in with the kick action
     void mnuKickBan_Click() {} // filled in with the kick and ban action
     void mnuOther_Click() {}   // filled in with the Other Command dialog
-    void mnuAnnounce_Click() {}  // filled in with the announcement dialog
-    void mnuTolerance_Click() {} // filled in with the tolerances dialog
-    void mnuSettings_Click() {}  // filled in with the settings dialog
-    void mnuAbout_Click() {}     // filled in with the about box
+    void mnuAnnounce_Click() {} // filled in with the announcement dialog
+    void mnuTolerance_Click();
+    void mnuSettings_Click();
+    void mnuAbout_Click();
 
     std::unique_ptr<MainWindowLayout> m_ui;
     std::unique_ptr<Engine> m_engine;
