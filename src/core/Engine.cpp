@@ -11,6 +11,8 @@
 
 Engine::Engine(Clock &clock, View &view, QObject *parent)
     : QObject(parent)
+    , timKickcheck(clock)
+    , timProgress(clock)
     , m_clock(clock)
     , m_view(view)
     , m_pane(view)
@@ -25,11 +27,9 @@ Engine::Engine(Clock &clock, View &view, QObject *parent)
     , m_statusCycle(m_pane, m_parser, m_merge, m_errors, this)
     , m_checkCycle(*this)
 {
-    timKickcheck.setSingleShot(false);
-    timProgress.setSingleShot(false);
-    connect(&timKickcheck, &QTimer::timeout, this,
+    connect(&timKickcheck, &Ticker::tick, this,
             [this] { guarded(QStringLiteral("timKickcheck_Timer"), [this] { timKickcheck_Timer(); }); });
-    connect(&timProgress, &QTimer::timeout, this,
+    connect(&timProgress, &Ticker::tick, this,
             [this] { guarded(QStringLiteral("timProgress_Timer"), [this] { timProgress_Timer(); }); });
 }
 

@@ -7,6 +7,7 @@
 #include "core/Settings.h"
 #include "core/SettingsStore.h"
 #include "core/Stats.h"
+#include "core/Ticker.h"
 #include "core/Waits.h"
 #include "enforcement/CheckCycle.h"
 #include "players/PlayerGrid.h"
@@ -61,8 +62,8 @@ public:
     bool queueDraining = false;
     bool serverAnswered = false;
 
-    QTimer timKickcheck;
-    QTimer timProgress;
+    Ticker timKickcheck;
+    Ticker timProgress;
     qint32 intProgressCheck = 0;
 
     // Start-up, before the window opens.

@@ -20,7 +20,8 @@ void waitOut(Clock &clock, double seconds, WaitFor &&waitFor)
     float start = static_cast<float>(clock.secondsSinceMidnight());
     for (;;) {
         const double present = clock.secondsSinceMidnight();
-        if (present < start)
+        // Compared in the start's own precision, so that rounding is never taken for midnight.
+        if (static_cast<float>(present) < start)
             start = static_cast<float>(present);
         if (!(present <= start + seconds))
             return;

@@ -102,7 +102,7 @@ void RconLink::sendStep(int step, Outgoing &out)
         break;
     }
     case 5:
-        ResponseTimeStart = static_cast<float>(e.clock().secondsSinceMidnight());
+        ResponseTimeStart = e.clock().secondsSinceMidnight();
         break;
     case 6:
         if (out.bShowText)

@@ -27,7 +27,7 @@ public:
     void UDPClient_SendMessage(const QString &Cmd, bool bShowText = false, bool bRconCmd = false);
     void UDPClient_DataArrival(qint64 intBytes);
 
-    float ResponseTimeStart = 0;
+    double ResponseTimeStart = 0; // seconds since midnight, as precise as the arrival it is compared with
 
 private:
     struct Outgoing

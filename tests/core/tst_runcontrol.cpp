@@ -130,6 +130,34 @@ private Q_SLOTS:
         QVERIFY(!w.engine.timProgress.isActive());
     }
 
+    // A check that outlasts the interval: every tick that falls inside it still reaches
+    // its handler, writes its pane line and runs no second check.
+    void ticksDuringALongCheckAreHandled()
+    {
+        EngineWorld w(50); // 50 clock seconds to the real second: a tick every 100 ms
+        Peer silent;       // never answers, so each status waits out its whole delay
+        w.engine.settings.LocalPort = 0;
+        w.engine.settings.CheckInt = 5000;
+        w.engine.settings.CommandDelay = 20;
+        w.engine.Form_Load(QString());
+        w.pointAt(silent.socket.localPort());
+        w.engine.setStatusCommand([] {});
+        int cycles = 0;
+        qsizetype linesAtEnd = 0;
+        w.engine.setCheckCycle([&] {
+            ++cycles;
+            w.engine.checkCycle().TkCheck(); // 21 clock seconds: four more ticks fall inside
+            linesAtEnd = w.engine.pane().text().count(QStringLiteral("\r\nRunning a TK check.....\r\n"));
+            w.engine.cmdStart_Click(); // Stop, from inside the tick
+        });
+        w.engine.cmdStart_Click();
+        QTRY_VERIFY_WITH_TIMEOUT(!w.engine.engineRunning, 5000);
+        QCOMPARE(cycles, 1);
+        QCOMPARE(w.engine.stats.checks, 1);
+        QVERIFY2(linesAtEnd >= 4, qPrintable(QString::number(linesAtEnd)));
+        QVERIFY(!w.engine.timProgress.isActive());
+    }
+
     void portTakenIsFatalAtLoad()
     {
         EngineWorld first;

@@ -75,6 +75,38 @@ private Q_SLOTS:
         QCOMPARE(w.view.cursorMoves, 2);
     }
 
+    // The send moment and the arrival are kept alike, so a prompt reply never looks like
+    // one from before midnight; only a real midnight adds a day.
+    void responseTimeAtAnyHour_data()
+    {
+        QTest::addColumn<QTime>("sent");
+        QTest::addColumn<double>("later");
+        QTest::addColumn<QString>("label");
+        QTest::newRow("morning, at once") << QTime(8, 0, 0, 1) << 0.0 << "0 ms";
+        QTest::newRow("evening, at once") << QTime(21, 43, 17, 311) << 0.0 << "0 ms";
+        QTest::newRow("late evening, at once") << QTime(23, 0, 0, 123) << 0.0 << "0 ms";
+        QTest::newRow("last millisecond, at once") << QTime(23, 59, 59, 999) << 0.0 << "0 ms";
+        QTest::newRow("evening, 7 ms") << QTime(22, 30, 0, 7) << 0.007 << "7 ms";
+        QTest::newRow("across midnight") << QTime(23, 59, 59, 900) << 0.25 << "250 ms";
+    }
+
+    void responseTimeAtAnyHour()
+    {
+        QFETCH(QTime, sent);
+        QFETCH(double, later);
+        QFETCH(QString, label);
+        EngineWorld w;
+        Peer peer;
+        w.connectTo(peer.socket.localPort(), QStringLiteral("pw"));
+        w.clock.setNow(QDateTime(QDate(2026, 11, 22), sent));
+        w.engine.link().UDPClient_SendMessage(QStringLiteral("status"), true, true);
+        peer.next();
+        if (later > 0)
+            w.clock.jump(later);
+        peer.reply(printHead + "x\n");
+        QTRY_COMPARE(w.view.labels.value(View::Label::lblResponseTime), label);
+    }
+
     void cleanReply_data()
     {
         QTest::addColumn<QByteArray>("raw");
