@@ -19,11 +19,13 @@ Engine::Engine(Clock &clock, View &view, QObject *parent)
     , m_errors(clock, view, [this] { return settings.FileLoc; })
     , m_log(clock, m_errors, settings, stats)
     , m_store(settings, stats, clock)
+    , m_lists(settings, m_errors)
     , m_link(std::make_unique<RconLink>(*this))
     , m_queue(std::make_unique<CommandQueue>(*this))
     , m_parser(m_players, stats, clock, m_errors)
     , m_merge(m_players, stats, m_errors)
     , m_grid(m_players, stats, settings, view)
+    , m_variables(m_players, stats, settings, m_lists, clock)
     , m_statusCycle(m_pane, m_parser, m_merge, m_errors, this)
     , m_checkCycle(*this)
 {
@@ -31,6 +33,8 @@ Engine::Engine(Clock &clock, View &view, QObject *parent)
             [this] { guarded(QStringLiteral("timKickcheck_Timer"), [this] { timKickcheck_Timer(); }); });
     connect(&timProgress, &Ticker::tick, this,
             [this] { guarded(QStringLiteral("timProgress_Timer"), [this] { timProgress_Timer(); }); });
+    // Taken-over settings: the lists of the old folder follow into the new one.
+    connect(this, &Engine::listsToCopy, this, [this] { m_lists.CopyListsToNewFolder(); });
 }
 
 Engine::~Engine() = default;
@@ -49,6 +53,7 @@ void Engine::LoadSettings(const QString &strAppName)
 {
     m_store.readSettings(strAppName);
     m_store.ResetStats();
+    m_lists.LoadAll();
 }
 
 void Engine::FirstRunCheck()

@@ -10,6 +10,8 @@
 #include "core/Ticker.h"
 #include "core/Waits.h"
 #include "enforcement/CheckCycle.h"
+#include "messages/ListFiles.h"
+#include "messages/Variables.h"
 #include "players/PlayerGrid.h"
 #include "players/PlayerMerge.h"
 #include "players/PlayerState.h"
@@ -52,6 +54,13 @@ public:
     PlayerGrid &grid() { return m_grid; }
     StatusCycle &statusCycle() { return m_statusCycle; }
     CheckCycle &checkCycle() { return m_checkCycle; }
+    ListFiles &lists() { return m_lists; }
+
+    // The % variables filled in; -1 for no player.
+    QString ExpandVariables(const QString &strMessage, qint32 intPlayerNum) const
+    {
+        return m_variables.ExpandVariables(strMessage, intPlayerNum);
+    }
 
     Settings settings;
     Stats stats;
@@ -113,12 +122,14 @@ private:
     ErrorLog m_errors;
     ActivityLog m_log;
     SettingsStore m_store;
+    ListFiles m_lists;
     std::unique_ptr<RconLink> m_link;
     std::unique_ptr<CommandQueue> m_queue;
     PlayerState m_players;
     StatusParser m_parser;
     PlayerMerge m_merge;
     PlayerGrid m_grid;
+    Variables m_variables;
     StatusCycle m_statusCycle;
     CheckCycle m_checkCycle;
     std::function<void()> m_checkOverride;

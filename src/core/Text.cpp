@@ -87,6 +87,19 @@ bool isBlank(const QString &text)
     return trimBlanks(text).isEmpty();
 }
 
+QString upper(const QString &text)
+{
+    QString out = text;
+    for (QChar &c : out) {
+        const char16_t u = c.unicode();
+        if ((u >= u'a' && u <= u'z') || (u >= 0xE0 && u <= 0xFE && u != 0xF7))
+            c = QChar(static_cast<char16_t>(u - 32));
+        else if (u > 0xFF)
+            c = c.toUpper();
+    }
+    return out;
+}
+
 bool isNumeric(const QString &text)
 {
     const QString t = trimBlanks(text);

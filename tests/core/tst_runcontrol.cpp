@@ -6,6 +6,7 @@
 #include "link/CommandQueue.h"
 #include "link/RconLink.h"
 
+#include <QDir>
 #include <QSettings>
 #include <QTest>
 
@@ -237,9 +238,14 @@ private Q_SLOTS:
         QFETCH(int, questions);
         QFETCH(QString, host);
         EngineWorld w;
+        // The old folder's lists follow, in table form, behind what the new folder holds.
+        const QString oldPlace = w.env.root() + QStringLiteral("/old/");
+        QDir().mkpath(oldPlace);
+        TestEnv::writeFile(oldPlace + QStringLiteral("badnames.txt"), "Mixed\r\n \r\n");
+        TestEnv::writeFile(w.env.workDir() + QStringLiteral("badnames.txt"), "KEPT\r\n");
         if (previous) {
             QSettings old = iniOf(SettingsStore::previousApp);
-            old.setValue(QStringLiteral("Settings/FileLoc"), QStringLiteral("/old/place/"));
+            old.setValue(QStringLiteral("Settings/FileLoc"), oldPlace);
             old.setValue(QStringLiteral("Settings/Host"), QStringLiteral("192.0.2.9"));
         }
         if (runBefore)
@@ -255,6 +261,8 @@ private Q_SLOTS:
         QCOMPARE(copies, tookOver ? 1 : 0);
         if (tookOver) {
             QCOMPARE(w.engine.settings.FileLoc, w.env.workDir());
+            QCOMPARE(w.file(QStringLiteral("badnames.txt")), QByteArray("KEPT\r\nMIXED\r\n"));
+            QCOMPARE(w.engine.lists().badNameTop(), 1);
             QCOMPARE(iniOf(SettingsStore::ownApp).value(QStringLiteral("Settings/RunBefore")).toString(),
                      QStringLiteral("1"));
         }
