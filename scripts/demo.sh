@@ -21,7 +21,15 @@ CheckInt=5000
 SaveLog=True
 FileLoc=$demo/
 RunBefore=1
+intAnnouce=1
+lngAnnounce=1
+MsgRandom=False
 INI
+# One announcement a minute, in turn, with live values filled in.
+printf '%s\r\n' \
+    'Welcome to %map%: %players% players on now, %totalplayers% since %starttime%.' \
+    'Pings above %pinglimit% ms for %pingtime% seconds are kicked. Average ping: %avgping% ms.' \
+    'Quorvane has run %checks% checks in %uptime%.' > "$demo/servmsg.txt"
 
 build/tools/sim/quorvane-sim --port 12203 --password demo --script tools/sim/demo.script &
 sim=$!

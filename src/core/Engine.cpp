@@ -28,6 +28,7 @@ Engine::Engine(Clock &clock, View &view, QObject *parent)
     , m_variables(m_players, stats, settings, m_lists, clock)
     , m_statusCycle(m_pane, m_parser, m_merge, m_errors, this)
     , m_checkCycle(*this)
+    , m_announcer(*this)
 {
     connect(&timKickcheck, &Ticker::tick, this,
             [this] { guarded(QStringLiteral("timKickcheck_Timer"), [this] { timKickcheck_Timer(); }); });

@@ -10,6 +10,7 @@
 #include "core/Ticker.h"
 #include "core/Waits.h"
 #include "enforcement/CheckCycle.h"
+#include "messages/Announcer.h"
 #include "messages/ListFiles.h"
 #include "messages/Variables.h"
 #include "players/PlayerGrid.h"
@@ -55,6 +56,7 @@ public:
     StatusCycle &statusCycle() { return m_statusCycle; }
     CheckCycle &checkCycle() { return m_checkCycle; }
     ListFiles &lists() { return m_lists; }
+    Announcer &announcer() { return m_announcer; }
 
     // The % variables filled in; -1 for no player.
     QString ExpandVariables(const QString &strMessage, qint32 intPlayerNum) const
@@ -132,6 +134,7 @@ private:
     Variables m_variables;
     StatusCycle m_statusCycle;
     CheckCycle m_checkCycle;
+    Announcer m_announcer;
     std::function<void()> m_checkOverride;
     std::function<void()> m_statusOverride;
     bool m_unloading = false;

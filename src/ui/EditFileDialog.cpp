@@ -75,5 +75,16 @@ void frmEditFile::cmdSave_Click()
 
 void frmEditFile::reloadTable()
 {
+    ListFiles &lists = m_engine.lists();
+    const QList<std::pair<QString, void (ListFiles::*)()>> loaders{
+        {ListFiles::bannedFile, &ListFiles::LoadBannedNames},  {ListFiles::servmsgFile, &ListFiles::LoadServerMessages},
+        {ListFiles::badnamesFile, &ListFiles::LoadBadNames},   {ListFiles::bannedIPFile, &ListFiles::LoadBannedIPs},
+        {ListFiles::immuneIPFile, &ListFiles::LoadImmuneIPs}};
+    for (const auto &[name, load] : loaders) {
+        if (name == m_fName) {
+            (lists.*load)();
+            return;
+        }
+    }
     Prompts::information(this, QStringLiteral("File has been saved, but Quorvane will not show changes until restarted."));
 }

@@ -6,6 +6,7 @@
 #include "core/Text.h"
 #include "link/RconLink.h"
 #include "ui/AboutDialog.h"
+#include "ui/AnnounceDialog.h"
 #include "ui/MainWindowLayout.h"
 #include "ui/PaneMirror.h"
 #include "ui/Prompts.h"
@@ -149,6 +150,12 @@ void frmMain::cmdSay_Click()
 }
 
 // The dialogs open modally; the timers go on while they are open.
+void frmMain::mnuAnnounce_Click()
+{
+    frmAnnounce dialog(*m_engine, this);
+    dialog.exec();
+}
+
 void frmMain::mnuTolerance_Click()
 {
     frmTolerance dialog(*m_engine, this);

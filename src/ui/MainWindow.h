@@ -83,7 +83,7 @@ private:
     void mnuKick_Click() {}    // filled in with the kick action
     void mnuKickBan_Click() {} // filled in with the kick and ban action
     void mnuOther_Click() {}   // filled in with the Other Command dialog
-    void mnuAnnounce_Click() {} // filled in with the announcement dialog
+    void mnuAnnounce_Click();
     void mnuTolerance_Click();
     void mnuSettings_Click();
     void mnuAbout_Click();

@@ -4,6 +4,7 @@
 #include "core/Clock.h"
 #include "core/Engine.h"
 #include "ui/AboutDialog.h"
+#include "ui/AnnounceDialog.h"
 #include "ui/EditFileDialog.h"
 #include "ui/GameCodesDialog.h"
 #include "ui/MainWindow.h"
@@ -40,6 +41,11 @@ int main(int argc, char **argv)
     if (list.open(QIODevice::WriteOnly))
         list.write("Cheater\r\n[FOO]Spammer\r\nxXx_sniper_xXx\r\n");
     list.close();
+    QFile messages(work + QStringLiteral("servmsg.txt"));
+    if (messages.open(QIODevice::WriteOnly))
+        messages.write("Welcome to %map%! %players% players on, ping limit %pinglimit%.\r\n"
+                       "No team killing. Up %uptime%.\r\n");
+    messages.close();
 
     SystemClock clock;
     frmMain window(clock);
@@ -50,6 +56,10 @@ int main(int argc, char **argv)
 
     frmTolerance tolerance(engine, &window);
     shoot(tolerance, out + QStringLiteral("/tolerances.png"));
+    engine.settings.intAnnouce = 1;
+    engine.settings.lngAnnounce = 5;
+    frmAnnounce announce(engine, &window);
+    shoot(announce, out + QStringLiteral("/announcement.png"));
     frmSettings settings(engine, &window);
     shoot(settings, out + QStringLiteral("/settings.png"));
     frmAbout about(engine, &window);
