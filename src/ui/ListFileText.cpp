@@ -38,11 +38,14 @@ void save(const QString &path, const QString &text, const QString &lineEnd)
     if (lineEnd != u"\n")
         content.replace(u'\n', lineEnd);
     QSaveFile file(path);
-    if (!file.open(QIODevice::WriteOnly))
+    // Unbuffered, so that a write the disk cuts short shows in the count: a buffered flush
+    // can lose a short write and hand over a truncated copy.
+    if (!file.open(QIODevice::WriteOnly | QIODevice::Unbuffered))
         fail(file.errorString());
     const QByteArray bytes = Text::toWire(content);
-    if (file.write(bytes) != bytes.size())
-        fail(file.errorString()); // the unfinished copy is dropped; the old list stands
+    if (file.write(bytes) != bytes.size() || file.size() != bytes.size())
+        fail(file.errorString().isEmpty() ? QStringLiteral("The disk took only part of the list")
+                                          : file.errorString()); // the copy is dropped; the old list stands
     if (!file.commit())
         fail(file.errorString());
 }

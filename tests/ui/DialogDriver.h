@@ -30,7 +30,9 @@ bool whileOpen(const std::function<void()> &open, const std::function<void(D &)>
         if (dialog->isVisible())
             dialog->reject();
     });
+    QWidget *active = QApplication::activeWindow();
     open();
+    QApplication::setActiveWindow(active); // as closing the dialog hands it back
     return reached;
 }
 
