@@ -90,7 +90,7 @@ frmAbout::frmAbout(Engine &engine, QWidget *parent)
 
     cmdOK = place<QPushButton>(this, u"cmdOK", u"OK", 5580, 3120, 1620, 375);
     cmdSysInfo = place<QPushButton>(this, u"cmdSysInfo", u"&System Info...", 5580, 3600, 1620, 375);
-    settleButtons(cmdOK);
+    finishForm(cmdOK);
     setTabOrder(cmdOK, cmdSysInfo);
     cmdOK->setFocus();
     connect(cmdOK, &QPushButton::clicked, this, &QDialog::accept);

@@ -40,7 +40,7 @@ frmAnnounce::frmAnnounce(Engine &engine, QWidget *parent)
     Twips::line(this, u"Line1", 120, 4560, 6480);
     cmdOkay = place<QPushButton>(this, u"cmdOkay", u"Save", 3600, 4740, 1320, 375);
     cmdCancel = place<QPushButton>(this, u"cmdCancel", u"Cancel", 5160, 4740, 1320, 375);
-    settleButtons();
+    finishForm();
     setTabOrder(chkAnnounce, txtAnnounce);
     setTabOrder(txtAnnounce, cboAnnounce);
     chkAnnounce->setFocus();

@@ -20,7 +20,7 @@ frmEditFile::frmEditFile(Engine &engine, QWidget *parent)
     txtEdit->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     cmdSave = place<QPushButton>(this, u"cmdSave", u"Save", 3420, 4440, 1320, 375);
     cmdCancel = place<QPushButton>(this, u"cmdCancel", u"Cancel", 4860, 4440, 1320, 375);
-    settleButtons();
+    finishForm();
     setTabOrder(txtEdit, cmdSave);
     setTabOrder(cmdSave, cmdCancel);
     txtEdit->setFocus();

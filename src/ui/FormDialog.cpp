@@ -2,9 +2,11 @@
 #include "ui/FormDialog.h"
 
 #include "core/Engine.h"
+#include "ui/FittingFont.h"
 #include "ui/Twips.h"
 
 #include <QKeyEvent>
+#include <QLabel>
 #include <QPushButton>
 
 FormDialog::FormDialog(Engine &engine, QWidget *parent, const QString &name, const QString &caption,
@@ -14,12 +16,21 @@ FormDialog::FormDialog(Engine &engine, QWidget *parent, const QString &name, con
 {
     setObjectName(name);
     setWindowTitle(caption);
-    Twips::useFormFont(this);
     setFixedSize(Twips::px(widthTwips), Twips::px(heightTwips));
 }
 
-void FormDialog::settleButtons(QPushButton *defaultAndCancel)
+void FormDialog::finishForm(QPushButton *defaultAndCancel)
 {
+    // The face of the main window's choice: the first under which every caption fits.
+    QList<QWidget *> captioned;
+    for (QWidget *control : findChildren<QWidget *>()) {
+        const auto *label = qobject_cast<const QLabel *>(control);
+        if (!control->isHidden() && !(label && label->wordWrap()) && !FittingFont::caption(control).isEmpty())
+            captioned.append(control);
+    }
+    setFont(FittingFont::choose(FittingFont::candidates(font()),
+                                [&](const QFont &f) { return FittingFont::captionsFit(captioned, f); }));
+
     for (QPushButton *button : findChildren<QPushButton *>()) {
         button->setAutoDefault(false);
         button->setDefault(false);

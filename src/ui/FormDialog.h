@@ -8,7 +8,7 @@
 class Engine;
 
 // A dialog of fixed size with no minimise or maximise button, laid out in twips in the
-// small form font. Its buttons are not default buttons: Enter and Escape do nothing
+// face the main window chooses. Its buttons are not default buttons: Enter and Escape do nothing
 // special unless a dialog names a default and a cancel button of its own.
 class FormDialog : public QDialog
 {
@@ -18,8 +18,9 @@ public:
                int heightTwips);
 
 protected:
-    // Call at the end of the constructor, when every button stands.
-    void settleButtons(QPushButton *defaultAndCancel = nullptr);
+    // Call at the end of the constructor, when every control stands: chooses the face and
+    // settles the buttons.
+    void finishForm(QPushButton *defaultAndCancel = nullptr);
     // Runs a handler so that a failure nobody catches is recorded and ends the program.
     void run(const QString &routine, const std::function<void()> &handler);
     void keyPressEvent(QKeyEvent *event) override;

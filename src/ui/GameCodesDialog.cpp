@@ -114,6 +114,6 @@ frmGameCodes::frmGameCodes(Engine &engine, QWidget *parent)
                                  300);
     Label5->setFont(bold);
     auto *cmdExit = place<QPushButton>(this, u"cmdExit", u"Exit", 5760, 6240, 1320, 375);
-    settleButtons();
+    finishForm();
     connect(cmdExit, &QPushButton::clicked, this, &QDialog::accept);
 }

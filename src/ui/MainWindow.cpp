@@ -21,7 +21,9 @@
 #include <QHash>
 #include <QLabel>
 #include <QLineEdit>
+#include <QKeyEvent>
 #include <QMenu>
+#include <QMenuBar>
 #include <QPlainTextEdit>
 #include <QProgressBar>
 #include <QPushButton>
@@ -60,6 +62,7 @@ frmMain::frmMain(Clock &clock, QWidget *parent)
     connectControls();
     connectPending();
     connectFields();
+    letMenuShortcutsWin();
 }
 
 frmMain::~frmMain()
@@ -122,6 +125,30 @@ void frmMain::connectFields()
     connect(m_ui->txtPwd, &QLineEdit::textChanged, this, [&s](const QString &text) { s.Pwd = text; });
     connect(m_ui->txtServerName, &QLineEdit::textChanged, this, [&s](const QString &text) { s.Voice = text; });
     connect(m_ui->txtPort, &QLineEdit::textChanged, this, &frmMain::txtPort_Change);
+}
+
+void frmMain::letMenuShortcutsWin()
+{
+    const QList<QWidget *> controls = findChildren<QWidget *>();
+    for (QWidget *control : controls)
+        control->installEventFilter(this);
+}
+
+bool frmMain::eventFilter(QObject *watched, QEvent *event)
+{
+    // Text boxes claim keys such as Ctrl+A and Ctrl+E for their own editing; the menu's
+    // shortcuts come first from every control of the window, as long as their entry is on.
+    if (event->type() == QEvent::ShortcutOverride) {
+        const QKeySequence pressed(static_cast<QKeyEvent *>(event)->keyCombination());
+        const QList<QAction *> entries = menuBar()->findChildren<QAction *>();
+        for (const QAction *entry : entries) {
+            if (entry->isEnabled() && !entry->shortcut().isEmpty() && entry->shortcut() == pressed) {
+                event->ignore();
+                return true;
+            }
+        }
+    }
+    return QMainWindow::eventFilter(watched, event);
 }
 
 void frmMain::txtPort_Change(const QString &text)

@@ -60,6 +60,7 @@ public:
     void sysTray_Click();
 
 protected:
+    bool eventFilter(QObject *watched, QEvent *event) override;
     void closeEvent(QCloseEvent *event) override;
     void resizeEvent(QResizeEvent *event) override;
     void changeEvent(QEvent *event) override;
@@ -68,6 +69,7 @@ private:
     void connectControls();
     void connectPending();
     void connectFields();
+    void letMenuShortcutsWin();
     void run(const QString &routine, const std::function<void()> &handler);
 
     void Form_Resize();

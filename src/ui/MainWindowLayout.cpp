@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "ui/MainWindowLayout.h"
 
+#include "ui/FittingFont.h"
 #include "ui/Twips.h"
 
 #include <QAction>
@@ -16,9 +17,30 @@
 #include <QPlainTextEdit>
 #include <QProgressBar>
 #include <QPushButton>
+#include <QRegularExpressionValidator>
+#include <QStyle>
 #include <QTableWidget>
 
 namespace {
+
+struct GridColumn
+{
+    QString header;
+    int baseWidth;   // twips
+    QString widest;  // the widest cell the column is to show whole
+    int widestWidth; // twips
+};
+
+const QList<GridColumn> gridReference{
+    {QStringLiteral("Client"), 500, QStringLiteral("----"), 500},
+    {QStringLiteral("Name"), 950, QStringLiteral("Sergeant_Miller"), 1500},
+    {QStringLiteral("Ping"), 500, QStringLiteral("999"), 500},
+    {QStringLiteral("Score"), 550, QStringLiteral("-12"), 550},
+    {QStringLiteral("IP"), 950, QStringLiteral("192.168.100.200:27960"), 2100},
+    {QStringLiteral("Joined"), 1000, QStringLiteral("23:59:59"), 1000},
+    {QStringLiteral("Status"), 550, QStringLiteral("Ok"), 550},
+    {QStringLiteral("Warn"), 550, QStringLiteral("3/3"), 550},
+};
 
 // The classic frame around the client area, in pixels: 120 and 780 twips.
 constexpr int frameWidth = 8;
@@ -47,7 +69,6 @@ MainWindowLayout::MainWindowLayout(QMainWindow &window)
 {
     auto *client = new QWidget(&window);
     client->setObjectName(QStringLiteral("client"));
-    Twips::useFormFont(client);
     window.setCentralWidget(client);
 
     Line1 = line(client, u"Line1", 0, 0, 9090);
@@ -57,6 +78,7 @@ MainWindowLayout::MainWindowLayout(QMainWindow &window)
     buildBottom(client);
     buildMenus();
     setTabOrder();
+    chooseFonts(client);
 
     window.resize(px(9120), px(7080) + menuBarHeight());
 }
@@ -69,6 +91,8 @@ void MainWindowLayout::buildFrame(QWidget *client)
     txtHost = place<QLineEdit>(Frame1, u"txtHost", 120, 375, 1455, 285);
     Label2 = place<QLabel>(Frame1, u"Label2", u"Port Number", 1800, 120, 1455, 255);
     txtPort = place<QLineEdit>(Frame1, u"txtPort", 1800, 375, 1455, 285);
+    // Digits only, so that a slip of the finger cannot make the next send fail.
+    txtPort->setValidator(new QRegularExpressionValidator(QRegularExpression(QStringLiteral("[0-9]{0,5}")), txtPort));
     Label3 = place<QLabel>(Frame1, u"Label3", u"Password", 3480, 120, 1215, 255);
     txtPwd = place<QLineEdit>(Frame1, u"txtPwd", 3480, 375, 1455, 285);
     txtPwd->setEchoMode(QLineEdit::Password);
@@ -87,9 +111,6 @@ void MainWindowLayout::buildStats(QWidget *client)
 {
     Label6 = place<QLabel>(client, u"Label6", u"Server Stats", 5235, 45, 2550, 225);
     Label6->setAlignment(Qt::AlignCenter);
-    QFont underlined = Label6->font();
-    underlined.setUnderline(true);
-    Label6->setFont(underlined);
     QPalette blue = Label6->palette();
     blue.setColor(QPalette::WindowText, Qt::blue);
     Label6->setPalette(blue);
@@ -158,6 +179,41 @@ void MainWindowLayout::buildBottom(QWidget *client)
     cmdQuit = place<QPushButton>(client, u"cmdQuit", u"Quit", 7980, 6795, 1095, 255);
 }
 
+void MainWindowLayout::chooseFonts(QWidget *client)
+{
+    const QList<QFont> fonts = FittingFont::candidates(client->font());
+
+    QList<QWidget *> captioned;
+    const QList<QWidget *> controls = client->findChildren<QWidget *>();
+    for (QWidget *control : controls) {
+        if (!control->isHidden() && !FittingFont::caption(control).isEmpty())
+            captioned.append(control);
+    }
+    client->setFont(FittingFont::choose(fonts, [&](const QFont &font) {
+        return FittingFont::captionsFit(captioned, font);
+    }));
+
+    QFont underlined = Label6->font();
+    underlined.setUnderline(true);
+    Label6->setFont(underlined);
+
+    // The grid: its header words in their base widths, and a row as wide as the columns'
+    // rule allows: a name of 15 characters and an address of 21 at 100 twips a character.
+    const QStyle *style = gridPlayers->style();
+    const int cellMargin = 2 * (style->pixelMetric(QStyle::PM_FocusFrameHMargin, nullptr, gridPlayers) + 1);
+    const int headerMargin = 2 * style->pixelMetric(QStyle::PM_HeaderMargin, nullptr, gridPlayers);
+    gridPlayers->setFont(FittingFont::choose(fonts, [&](const QFont &font) {
+        const QFontMetrics m(font);
+        for (qsizetype c = 0; c < gridReference.size(); ++c) {
+            const GridColumn &column = gridReference.at(c);
+            if (m.horizontalAdvance(column.header) + headerMargin > px(column.baseWidth)
+                || m.horizontalAdvance(column.widest) + cellMargin > px(column.widestWidth))
+                return false;
+        }
+        return true;
+    }));
+}
+
 void MainWindowLayout::buildMenus()
 {
     QMenuBar *bar = m_window.menuBar();
@@ -177,7 +233,7 @@ void MainWindowLayout::buildMenus()
     mnuServerInfo = entry(mnuCommands, u"mnuServerInfo", u"Server Info", Qt::CTRL | Qt::Key_I);
     mnuOther = entry(mnuCommands, u"mnuOther", u"Other....", Qt::CTRL | Qt::Key_O);
     mnuKick = entry(mnuCommands, u"mnuKick", u"Kick", Qt::CTRL | Qt::Key_K);
-    mnuKickBan = entry(mnuCommands, u"mnuKickBan", u"Kick & Ban", Qt::CTRL | Qt::Key_B);
+    mnuKickBan = entry(mnuCommands, u"mnuKickBan", u"Kick && Ban", Qt::CTRL | Qt::Key_B); // shows "Kick & Ban"
 
     mnuHelp = bar->addMenu(QStringLiteral("Help"));
     mnuHelp->setObjectName(QStringLiteral("mnuHelp"));

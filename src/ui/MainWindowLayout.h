@@ -72,6 +72,7 @@ private:
     void buildBottom(QWidget *client);
     void buildMenus();
     void setTabOrder();
+    void chooseFonts(QWidget *client);
     int menuBarHeight() const;
 
     QMainWindow &m_window;

@@ -53,7 +53,7 @@ frmSettings::frmSettings(Engine &engine, QWidget *parent)
 
     cmdOK = place<QPushButton>(this, u"cmdOK", u"OK", 5160, 3720, 1320, 375);
     cmdCancel = place<QPushButton>(this, u"cmdCancel", u"Cancel", 6720, 3720, 1320, 375);
-    settleButtons();
+    finishForm();
     setTabOrder(dirDir, cmdOK);
     dirDir->setFocus();
 

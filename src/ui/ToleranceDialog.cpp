@@ -58,7 +58,7 @@ frmTolerance::frmTolerance(Engine &engine, QWidget *parent)
     buildNanny();
     cmdOkay = place<QPushButton>(this, u"cmdOkay", u"Okay", 6600, 7440, 1320, 375);
     cmdCancel = place<QPushButton>(this, u"cmdCancel", u"Cancel", 8100, 7440, 1320, 375);
-    settleButtons();
+    finishForm();
     setTabOrder(cmdOkay, txtScanInt);
     cmdOkay->setFocus();
     connectControls();

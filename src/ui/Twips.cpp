@@ -17,11 +17,4 @@ QFrame *line(QWidget *parent, QStringView name, int x1, int y, int x2)
     return f;
 }
 
-void useFormFont(QWidget *widget)
-{
-    QFont small = widget->font();
-    small.setPointSize(8);
-    widget->setFont(small);
-}
-
 } // namespace Twips

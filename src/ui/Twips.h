@@ -33,7 +33,4 @@ W *place(QWidget *parent, QStringView name, QStringView caption, int left, int t
 // A level line two pixels thick, etched.
 QFrame *line(QWidget *parent, QStringView name, int x1, int y, int x2);
 
-// The small sans-serif face the forms were laid out for.
-void useFormFont(QWidget *widget);
-
 } // namespace Twips

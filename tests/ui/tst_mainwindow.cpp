@@ -13,6 +13,11 @@
 #include <QProgressBar>
 #include <QPushButton>
 #include <QScrollBar>
+#include <QSignalSpy>
+#include <QStyle>
+#include <QStyleOptionButton>
+#include <QTimer>
+#include <QApplication>
 #include <QNetworkDatagram>
 #include <QTableWidget>
 #include <QUdpSocket>
@@ -102,7 +107,7 @@ private Q_SLOTS:
     {
         WindowWorld w;
         const QList<std::tuple<const char *, const char *, const char *, QKeySequence>> entries{
-            {"mnuExit", "&File", "Exit", Qt::CTRL | Qt::Key_E},
+            {"mnuExit", "&File", "Exit", Qt::CTRL | Qt::Key_E}, // captions as the menu shows them
             {"mnuAnnounce", "&Options", "Announcement", Qt::CTRL | Qt::Key_A},
             {"mnuTolerance", "&Options", "Tolerances", Qt::CTRL | Qt::Key_T},
             {"mnuSettings", "&Options", "Settings", Qt::CTRL | Qt::Key_G},
@@ -114,7 +119,7 @@ private Q_SLOTS:
             {"mnuAbout", "Help", "About", QKeySequence()}};
         for (const auto &[name, menu, caption, shortcut] : entries) {
             auto *entry = w.child<QAction>(name);
-            QCOMPARE(entry->text(), QString::fromLatin1(caption));
+            QCOMPARE(shown(entry->text()), QString::fromLatin1(caption));
             QCOMPARE(entry->shortcut(), shortcut);
             QVERIFY(entry->isEnabled() && !entry->isCheckable());
             QCOMPARE(qobject_cast<QMenu *>(entry->parent())->title(), QString::fromLatin1(menu));
@@ -142,6 +147,122 @@ private Q_SLOTS:
         }
         w.window.setEnabled(C::mnuOptions, false);
         QVERIFY(!w.child<QMenu>("mnuOptions")->menuAction()->isEnabled());
+    }
+
+    // The menu's shortcuts win over the editing keys of the box that has the focus.
+    void menuShortcutsWinInEveryBox_data()
+    {
+        QTest::addColumn<QString>("box");
+        QTest::addColumn<int>("key");
+        for (const char *box : {"txtHost", "txtPort", "txtPwd", "txtServerName", "txtSay", "txtOutput"}) {
+            QTest::addRow("%s Ctrl+A", box) << QString::fromLatin1(box) << int(Qt::Key_A);
+            QTest::addRow("%s Ctrl+E", box) << QString::fromLatin1(box) << int(Qt::Key_E);
+        }
+    }
+
+    void menuShortcutsWinInEveryBox()
+    {
+        QFETCH(QString, box);
+        QFETCH(int, key);
+        WindowWorld w;
+        w.window.activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(&w.window));
+        auto *control = w.child<QWidget>(box.toLatin1().constData());
+        control->setFocus();
+        QSignalSpy announce(w.child<QAction>("mnuAnnounce"), &QAction::triggered);
+        QTimer closer; // whatever the entry opens is closed again
+        connect(&closer, &QTimer::timeout, this, [] {
+            if (QWidget *modal = QApplication::activeModalWidget())
+                modal->close();
+        });
+        closer.start(10);
+        QTest::keyClick(control, Qt::Key(key), Qt::ControlModifier);
+        if (key == Qt::Key_A) {
+            QCOMPARE(announce.count(), 1);
+            QVERIFY(w.window.isVisible());
+        } else {
+            QTRY_VERIFY(!w.window.isVisible());
+            QVERIFY(w.window.engine().unloaded());
+            // The close asked the application to quit; let that pass so later waits still wait.
+            QMetaObject::invokeMethod(qApp, &QCoreApplication::quit, Qt::QueuedConnection);
+            qApp->exec();
+        }
+    }
+
+    // With the faces chosen for the window, no caption and no cell of a full row is cut.
+    void captionsAndCellsShowWhole()
+    {
+        WindowWorld w;
+        const QList<QWidget *> controls = w.window.findChildren<QWidget *>();
+        for (const QWidget *c : controls) {
+            if (!c->isVisibleTo(&w.window))
+                continue;
+            const QStyle *style = c->style();
+            int needed = 0;
+            if (const auto *button = qobject_cast<const QPushButton *>(c))
+                needed = c->fontMetrics().horizontalAdvance(button->text())
+                    + 2 * style->pixelMetric(QStyle::PM_ButtonMargin, nullptr, c)
+                    + 2 * style->pixelMetric(QStyle::PM_DefaultFrameWidth, nullptr, c);
+            else if (qobject_cast<const QLabel *>(c))
+                needed = c->sizeHint().width();
+            else if (const auto *box = qobject_cast<const QCheckBox *>(c)) {
+                QStyleOptionButton option;
+                option.initFrom(c);
+                const int room = style->subElementRect(QStyle::SE_CheckBoxContents, &option, c).width();
+                needed = c->width() - room + c->fontMetrics().horizontalAdvance(box->text());
+            }
+            QVERIFY2(needed <= c->width(), qPrintable(c->objectName()));
+        }
+
+        Engine &e = w.window.engine();
+        const QList<QStringList> rows{{u"63"_s, u"Harrowgate_Quin"_s, u"999"_s, u"-12"_s, u"203.113.200.114:27965"_s},
+                                      {u"----"_s, u"Kestrel"_s, u"ZMBI"_s, u"----"_s, u"----"_s}};
+        for (int i = 0; i < rows.size(); ++i) {
+            PlayerRecord &p = e.players().currentPlayers[i + 1];
+            p.num = rows[i][0];
+            p.name = rows[i][1];
+            p.ping = rows[i][2];
+            p.score = rows[i][3];
+            p.ip = rows[i][4];
+            p.jointime = 86399.0 / 86400.0;
+            p.status = u"Ok"_s;
+            p.warn = 3;
+        }
+        e.players().currentCount = 2;
+        e.grid().RefreshGrid();
+        auto *table = w.child<QTableWidget>("gridPlayers");
+        const QFontMetrics fm(table->font());
+        const int cellMargin = 2 * (table->style()->pixelMetric(QStyle::PM_FocusFrameHMargin, nullptr, table) + 1);
+        const int headerMargin = 2 * table->style()->pixelMetric(QStyle::PM_HeaderMargin, nullptr, table);
+        QCOMPARE(table->item(0, 5)->text(), u"23:59:59"_s);
+        for (int c = 0; c < 8; ++c) {
+            const QString header = table->horizontalHeaderItem(c)->text();
+            if (c != 1 && c != 4) // these two are as wide as the longest name and address, by rule
+                QVERIFY2(fm.horizontalAdvance(header) + headerMargin <= table->columnWidth(c), qPrintable(header));
+            for (int r = 0; r < rows.size(); ++r) {
+                const QString cell = table->item(r, c)->text();
+                QVERIFY2(fm.horizontalAdvance(cell) + cellMargin <= table->columnWidth(c), qPrintable(cell));
+            }
+        }
+    }
+
+    // Only digits go into the port box, so a slip of the finger never reaches a send.
+    void portBoxTakesDigitsOnly()
+    {
+        WindowWorld w;
+        QUdpSocket server;
+        QVERIFY(server.bind(QHostAddress::LocalHost, 0));
+        w.settings().LocalPort = 0;
+        w.window.engine().Form_Load(QString());
+        w.window.setFieldText(View::Field::txtHost, u"127.0.0.1"_s);
+        auto *port = w.child<QLineEdit>("txtPort");
+        port->clear();
+        QTest::keyClicks(port, u"x"_s + QString::number(server.localPort()) + u"o "_s);
+        QCOMPARE(port->text(), QString::number(server.localPort()));
+        QCOMPARE(w.settings().Port, int(server.localPort()));
+        w.child<QPushButton>("cmdServerInfo")->click();
+        QTRY_VERIFY(server.hasPendingDatagrams());
+        QVERIFY(server.receiveDatagram().data().endsWith("serverinfo"));
     }
 
     void paneRoundTrip()
@@ -259,6 +380,14 @@ private Q_SLOTS:
     }
 
 private:
+    // A caption as a menu shows it: a lone & marks the mnemonic, && is one &.
+    static QString shown(QString text)
+    {
+        text.replace(u"&&"_s, u"\x01"_s);
+        text.remove(u'&');
+        return text.replace(u'\x01', u'&');
+    }
+
     static QByteArrayList receiveAll(QUdpSocket &socket)
     {
         QByteArrayList out;
