@@ -26,6 +26,9 @@ Engine::Engine(Clock &clock, View &view, QObject *parent)
     , m_merge(m_players, stats, m_errors)
     , m_grid(m_players, stats, settings, view)
     , m_variables(m_players, stats, settings, m_lists, clock)
+    , m_ban(m_players, settings, stats, m_lists, m_log, clock)
+    , m_kick(m_players, settings, stats, m_lists, m_variables, m_log, clock, m_ban, queueCommand())
+    , m_policies{m_players, settings, stats, m_lists, m_kick, m_log, m_pane, clock, queueCommand()}
     , m_statusCycle(m_pane, m_parser, m_merge, m_errors, this)
     , m_checkCycle(*this)
     , m_announcer(*this)
@@ -39,6 +42,13 @@ Engine::Engine(Clock &clock, View &view, QObject *parent)
 }
 
 Engine::~Engine() = default;
+
+QueueCommand Engine::queueCommand()
+{
+    return [this](const QString &Cmd, bool bShowT, bool bDoNow, bool bRconCmd, qint32 intPause) {
+        return m_queue->AddSrvCmd(Cmd, bShowT, bDoNow, bRconCmd, intPause);
+    };
+}
 
 void Engine::guarded(const QString &routine, const std::function<void()> &handler)
 {

@@ -9,7 +9,10 @@
 #include "core/Stats.h"
 #include "core/Ticker.h"
 #include "core/Waits.h"
+#include "enforcement/BanAction.h"
 #include "enforcement/CheckCycle.h"
+#include "enforcement/KickAction.h"
+#include "enforcement/PolicyContext.h"
 #include "messages/Announcer.h"
 #include "messages/ListFiles.h"
 #include "messages/Variables.h"
@@ -57,6 +60,17 @@ public:
     CheckCycle &checkCycle() { return m_checkCycle; }
     ListFiles &lists() { return m_lists; }
     Announcer &announcer() { return m_announcer; }
+    PolicyContext &policies() { return m_policies; }
+
+    // The kick and ban actions, for the policies' callers and the operator's buttons.
+    void kickPlayer(qint32 intPlayerNumToKick, const QString &strReason, bool bDoNow = false)
+    {
+        m_kick.kickPlayer(intPlayerNumToKick, strReason, bDoNow);
+    }
+    void Ban(qint32 intPlayerNumber, const QString &KickReason, bool bForceBan = false)
+    {
+        m_ban.Ban(intPlayerNumber, KickReason, bForceBan);
+    }
 
     // The % variables filled in; -1 for no player.
     QString ExpandVariables(const QString &strMessage, qint32 intPlayerNum) const
@@ -116,6 +130,7 @@ Q_SIGNALS:
 
 private:
     int progressMaximum() const;
+    QueueCommand queueCommand();
     void setProgress(int value);
 
     Clock &m_clock;
@@ -132,6 +147,9 @@ private:
     PlayerMerge m_merge;
     PlayerGrid m_grid;
     Variables m_variables;
+    BanAction m_ban;
+    KickAction m_kick;
+    PolicyContext m_policies;
     StatusCycle m_statusCycle;
     CheckCycle m_checkCycle;
     Announcer m_announcer;

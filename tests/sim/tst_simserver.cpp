@@ -5,6 +5,7 @@
 #include "SimText.h"
 
 #include <QNetworkDatagram>
+#include <QRegularExpression>
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
@@ -41,6 +42,7 @@ private Q_SLOTS:
     void replies();
     void statusBytes();
     void longStatusSplits();
+    void kickedPlayerRejoins();
 
 private:
     void addFourPlayers();
@@ -129,6 +131,9 @@ void TstSimServer::replies_data()
     QTest::newRow("kick nobody") << QByteArray("secret") << rcon("rcon secret kick \"Nobody Here\"")
                                  << QByteArray("User Nobody Here is not on the server\n");
     QTest::newRow("kick done") << QByteArray("secret") << rcon("rcon secret kick Ironside") << QByteArray();
+    QTest::newRow("kick without colours") << QByteArray("secret") << rcon("rcon secret kick \"redbaron\"") << QByteArray();
+    QTest::newRow("kick near miss") << QByteArray("secret") << rcon("rcon secret kick \"Red Baron\"")
+                                    << QByteArray("User Red Baron is not on the server\n");
     QTest::newRow("clientkick word") << QByteArray("secret") << rcon("rcon secret clientkick abc") << QByteArray("Bad client slot: abc\n");
     QTest::newRow("clientkick negative") << QByteArray("secret") << rcon("rcon secret clientkick -1") << QByteArray("Bad client slot: -1\n");
     QTest::newRow("clientkick 64") << QByteArray("secret") << rcon("rcon secret clientkick 64") << QByteArray("Bad client slot: 64\n");
@@ -197,6 +202,24 @@ void TstSimServer::longStatusSplits()
         joined += text;
     }
     QCOMPARE(joined, table);
+}
+
+void TstSimServer::kickedPlayerRejoins()
+{
+    SimScript script;
+    QVERIFY(script.parse("1 join Bob slot=4\n3 ping Bob 70\n5 join Bob slot=2\n6 ping Bob 80\n"));
+    m_server->setPassword("secret");
+    m_server->setScript(script);
+    m_server->advanceTo(2);
+    QSignalSpy kicked(m_server.get(), &SimServer::playerKicked);
+    send(rcon("rcon secret clientkick 4"));
+    expectReplies(1);
+    QCOMPARE(kicked.size(), 1);
+    QTest::failOnWarning(QRegularExpression(QStringLiteral(".")));
+    m_server->advanceTo(4); // the kicked player's event is dropped without a warning
+    QVERIFY(m_server->players().isEmpty());
+    m_server->advanceTo(6);
+    QCOMPARE(m_server->player(2)->ping, 80);
 }
 
 // "console: " and the line end make 10 bytes around the said text.

@@ -243,15 +243,23 @@ QByteArray SimServer::kick(const QByteArray &args)
     } else {
         name = splitWord(args).first;
     }
+    // A name as the client shows it matches too: that is all a client has to go by.
     for (const SimPlayer &p : std::as_const(m_players)) {
-        if (SimText::equalsIgnoringCase(p.name, name)) {
+        if (SimText::equalsIgnoringCase(p.name, name) || SimText::equalsIgnoringCase(SimText::withoutColours(p.name), name)) {
             const SimPlayer gone = p;
-            removePlayer(gone.slot);
-            Q_EMIT playerKicked(gone.slot, gone.name);
+            kicked(gone);
             return {};
         }
     }
     return "User " + name + " is not on the server\n";
+}
+
+void SimServer::kicked(const SimPlayer &gone)
+{
+    m_kicked.insert(gone.name);
+    m_kicked.insert(QByteArray::number(gone.slot));
+    removePlayer(gone.slot);
+    Q_EMIT playerKicked(gone.slot, gone.name);
 }
 
 QByteArray SimServer::clientKick(const QByteArray &args)
@@ -267,9 +275,7 @@ QByteArray SimServer::clientKick(const QByteArray &args)
     const SimPlayer *p = player(slot);
     if (!p)
         return "Client " + QByteArray::number(slot) + " is not active\n";
-    const SimPlayer gone = *p;
-    removePlayer(slot);
-    Q_EMIT playerKicked(gone.slot, gone.name);
+    kicked(SimPlayer(*p));
     return {};
 }
 
@@ -396,14 +402,16 @@ void SimServer::apply(const SimScript::Event &event)
         return;
     }
     if (event.kind == Kind::Join) {
+        m_kicked.remove(event.player.name);
         if (addPlayer(event.player) < 0)
             qWarning("quorvane-sim: script line %d: no free slot for the join", event.line);
         return;
     }
     SimPlayer *p = target(event);
     if (!p) {
-        // Kicked by a client in the meantime, most likely; the script goes on.
-        qWarning("quorvane-sim: script line %d: no such player", event.line);
+        // A player kicked in the meantime misses his later events without a word.
+        if (!m_kicked.contains(event.slot >= 0 ? QByteArray::number(event.slot) : event.who))
+            qWarning("quorvane-sim: script line %d: no such player", event.line);
         return;
     }
     switch (event.kind) {

@@ -10,6 +10,7 @@
 #include <QHostAddress>
 #include <QList>
 #include <QMap>
+#include <QSet>
 #include <QObject>
 #include <QTimer>
 #include <QUdpSocket>
@@ -39,10 +40,12 @@ class QNetworkDatagram;
 //   <t> score <who> N
 //
 // A join leaves out what SimPlayer's defaults give; without slot= it takes the first
-// free slot (0-63). <who> is a slot number, or a player's current name (exact). A name
-// with blanks goes in double quotes, where \" is a quote, \\ a backslash and \xHH any
-// byte; unquoted, a number is a slot and anything else a name. Verbs and CNCT/ZMBI are
-// case-insensitive. After the last event the server stays as it is.
+// free slot (0-63). "kick" takes the name with or without its colour codes. A kicked
+// player's later events are dropped quietly; a join brings him back. <who> is a slot
+// number, or a player's current name (exact). A name with blanks goes in double quotes,
+// where \" is a quote, \\ a backslash and \xHH any byte; unquoted, a number is a slot
+// and anything else a name. Verbs and CNCT/ZMBI are case-insensitive. After the last
+// event the server stays as it is.
 class SimServer : public QObject
 {
     Q_OBJECT
@@ -131,6 +134,7 @@ private:
     QByteArray runCommand(const QByteArray &command);
     QByteArray kick(const QByteArray &args);
     QByteArray clientKick(const QByteArray &args);
+    void kicked(const SimPlayer &gone);
     void apply(const SimScript::Event &event);
     SimPlayer *target(const SimScript::Event &event);
     void scheduleNext();
@@ -145,6 +149,7 @@ private:
     int m_maxClients = kSlots;
     QMap<int, SimPlayer> m_players;
     QList<QByteArray> m_said;
+    QSet<QByteArray> m_kicked; // names and slots of kicked players, until they join again
     QList<Datagram> m_received;
     bool m_keepReceived = true;
     QFile m_record;

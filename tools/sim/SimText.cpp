@@ -70,6 +70,18 @@ QByteArray asciiLower(const QByteArray &bytes)
     return out;
 }
 
+QByteArray withoutColours(const QByteArray &name)
+{
+    QByteArray out;
+    for (qsizetype i = 0; i < name.size(); ++i) {
+        if (name[i] == '^' && i + 1 < name.size() && name[i + 1] >= '0' && name[i + 1] <= '7')
+            ++i;
+        else
+            out += name[i];
+    }
+    return out;
+}
+
 bool equalsIgnoringCase(const QByteArray &a, const QByteArray &b)
 {
     return a.size() == b.size() && asciiLower(a) == asciiLower(b);

@@ -18,6 +18,9 @@ bool unescape(const QByteArray &text, QByteArray *out);
 QByteArray asciiLower(const QByteArray &bytes);
 bool equalsIgnoringCase(const QByteArray &a, const QByteArray &b);
 
+// The name as a client sees it once the colour codes ^0 to ^7 are out.
+QByteArray withoutColours(const QByteArray &name);
+
 // A number written right-aligned in `width`, never cut, like printf's %Ni.
 QByteArray rightAligned(qint64 number, int width);
 
