@@ -96,170 +96,114 @@ private Q_SLOTS:
 
     void stored_data()
     {
-        QTest::addColumn<QString>("control");
+        QTest::addColumn<QString>("name");
         QTest::addColumn<QString>("typed");
         QTest::addColumn<QString>("key");
-        QTest::addColumn<qint32>("stored");
-        const auto row = [](const char *name, const char *control, const QString &typed, const char *key, qint32 v) {
-            QTest::newRow(name) << QString::fromLatin1(control) << typed << QString::fromLatin1(key) << v;
+        QTest::addColumn<qint32>("stored"); // the default where the entry is refused
+        QTest::addColumn<QString>("box");
+        QTest::addColumn<bool>("closes");
+        const auto row = [](const char *name, const char *control, const QString &typed, const char *key, qint32 v,
+                            const QString &box = {}, bool closes = true) {
+            QTest::newRow(name) << QString::fromLatin1(control) << typed << QString::fromLatin1(key) << v << box
+                                << closes;
         };
         row("ban type item", "cboBanType", u"Name"_s, "BanType", 2);
         row("ban type trimmed", "cboBanType", u"  IP  "_s, "BanType", 1);
         row("ban type case", "cboBanType", u"ip"_s, "BanType", 0);
-        row("ban type empty", "cboBanType", u""_s, "BanType", 0);
         row("ban for item", "cboBanFor", u"Impersonating"_s, "BanFor", 1000);
         row("ban for untrimmed", "cboBanFor", u" Impersonating"_s, "BanFor", 10);
-        row("ban for all", "cboBanFor", u"Banish all kicked players"_s, "BanFor", 100);
         row("interval item", "cboStatusInterval", u"tenth"_s, "StatusInterval", 10);
         row("interval case", "cboStatusInterval", u"Tenth"_s, "StatusInterval", 2);
-        row("passes typed", "cboPasses", u"9"_s, "PingPasses", 9);
-        row("passes rounded", "cboPasses", u"4.5"_s, "PingPasses", 4);
-        row("pause", "txtTellPause", u"12"_s, "TellPause", 12);
+        row("passes as typed", "cboPasses", u"9"_s, "PingPasses", 9);
         row("pause negative", "txtTellPause", u"-5"_s, "TellPause", 0);
         row("pause letters", "txtTellPause", u"soon"_s, "TellPause", 0);
         row("pause at 16 bits", "txtTellPause", u"32767"_s, "TellPause", 32767);
+        row("pause beyond", "txtTellPause", u"32768"_s, "TellPause", 0,
+            u"The wait before kicking must be a number from 0 to 32767."_s, false);
         row("ping at 16 bits", "txtMaxPing", u"-32768"_s, "MaxPing", -32768);
-        row("qport max", "txtQPortMax", u" 2147483647 "_s, "QPortMax", 2147483647);
+        row("ping beyond", "txtMaxPing", u"32768"_s, "MaxPing", 750,
+            u"Max Ping must be a number from -32768 to 32767."_s, false);
+        row("passes letters", "cboPasses", u"three"_s, "PingPasses", 3,
+            u"Passes must be a number from -32768 to 32767."_s, false);
+        row("qport at 32 bits", "txtQPortMax", u" 2147483647 "_s, "QPortMax", 2147483647);
+        row("qport beyond", "txtQPortMax", u"2147483648"_s, "QPortMax", 0,
+            u"The highest QPort must be a number from -2147483648 to 2147483647."_s, false);
+        const QString reset = u"The timer's range is 5 to 60 seconds. Resetting to 30 seconds."_s;
         row("scan low end", "txtScanInt", u"5"_s, "CheckInt", 5000);
         row("scan high end", "txtScanInt", u"60"_s, "CheckInt", 60000);
         row("scan half to even", "txtScanInt", u"60.5"_s, "CheckInt", 60000);
-        row("scan above", "txtScanInt", u"61"_s, "CheckInt", 30000);
-        row("scan below", "txtScanInt", u"4.5"_s, "CheckInt", 30000);
-        row("scan letters", "txtScanInt", u"ten"_s, "CheckInt", 30000);
+        row("scan above", "txtScanInt", u"61"_s, "CheckInt", 30000, reset);
+        row("scan below", "txtScanInt", u"4.5"_s, "CheckInt", 30000, reset);
+        row("scan letters", "txtScanInt", u"ten"_s, "CheckInt", 30000, reset);
+        // Leaving the box checks it at once: a refusal resets it to 5 seconds.
+        const QString range = u"The range for scanning is 5 to 60 seconds."_s;
+        row("scan left at 60", "txtScanInt", u"60\t"_s, "CheckInt", 60000);
+        row("scan left at 4", "txtScanInt", u"4\t"_s, "CheckInt", 5000, range);
+        row("scan left beyond 32 bits", "txtScanInt", u"99999999999\t"_s, "CheckInt", 5000, range);
     }
 
-    // What Okay stores of typed text, never having left the box (so no validation ran).
+    // What Okay stores of typed text (a tab leaves the box); a refused entry keeps the
+    // dialog open with the cursor in it and stores nothing.
     void stored()
     {
-        QFETCH(QString, control);
+        QFETCH(QString, name);
         QFETCH(QString, typed);
         QFETCH(QString, key);
         QFETCH(qint32, stored);
+        QFETCH(QString, box);
+        QFETCH(bool, closes);
         WindowWorld w;
         w.settings().StatusInterval = 5;
-        QVERIFY(okay(w, [&](frmTolerance &d) { type(d, control.toLatin1().constData(), typed); }));
+        Boxes boxes;
+        bool open = false;
+        QVERIFY(whileOpen<frmTolerance>([&] { w.child<QAction>("mnuTolerance")->trigger(); }, [&](frmTolerance &d) {
+            control<QCheckBox>(d, "chkQPort")->click();
+            QWidget *entry = control<QWidget>(d, name.toLatin1().constData());
+            entry->setFocus();
+            type(d, name.toLatin1().constData(), QString(typed).remove(u'\t'));
+            if (typed.endsWith(u'\t'))
+                QTest::keyClick(entry, Qt::Key_Tab);
+            d.findChild<QPushButton *>(u"cmdOkay"_s)->click();
+            open = d.isVisible();
+            QVERIFY(!open || entry->hasFocus());
+        }));
         const Settings &s = w.settings();
         const QHash<QString, qint32> now{{u"BanType"_s, s.BanType},       {u"BanFor"_s, s.BanFor},
                                          {u"StatusInterval"_s, s.StatusInterval}, {u"PingPasses"_s, s.PingPasses},
                                          {u"TellPause"_s, s.TellPause},   {u"MaxPing"_s, s.MaxPing},
                                          {u"QPortMax"_s, s.QPortMax},     {u"CheckInt"_s, s.CheckInt}};
         QCOMPARE(now.value(key), stored);
-        QCOMPARE(w.window.engine().timKickcheck.interval(), s.CheckInt);
+        QCOMPARE(boxes.shown(), box.isEmpty() ? QStringList() : QStringList{box});
+        QCOMPARE(open, !closes);
+        QCOMPARE(s.QPort, closes); // nothing is stored while the dialog stays
+        QCOMPARE(w.window.engine().timKickcheck.interval(), closes ? s.CheckInt : 0);
         if (key != u"StatusInterval")
             QCOMPARE(s.StatusInterval, 5);
-    }
-
-    void refused_data()
-    {
-        QTest::addColumn<QString>("name");
-        QTest::addColumn<QString>("typed");
-        QTest::addColumn<QString>("box");
-        QTest::newRow("ping beyond 16 bits") << u"txtMaxPing"_s << u"32768"_s
-                                             << u"Max Ping must be a number from -32768 to 32767."_s;
-        QTest::newRow("passes letters") << u"cboPasses"_s << u"three"_s
-                                        << u"Passes must be a number from -32768 to 32767."_s;
-        QTest::newRow("rate beyond 32 bits") << u"txtRateMax"_s << u"2147483648"_s
-                                             << u"The highest Rate must be a number from -2147483648 to 2147483647."_s;
-        QTest::newRow("pause beyond 16 bits") << u"txtTellPause"_s << u"32768"_s
-                                              << u"The wait before kicking must be a number from 0 to 32767."_s;
-    }
-
-    // An entry that is no number or too large keeps the dialog open and stores nothing.
-    void refused()
-    {
-        QFETCH(QString, name);
-        QFETCH(QString, typed);
-        QFETCH(QString, box);
-        WindowWorld w;
-        Boxes boxes;
-        bool stillOpen = false;
-        QVERIFY(okay(w, [&](frmTolerance &d) {
-            control<QCheckBox>(d, "chkBan")->click();
-            control<QCheckBox>(d, "chkRate")->click();
-            type(d, name.toLatin1().constData(), typed);
-            d.findChild<QPushButton *>(u"cmdOkay"_s)->click();
-            stillOpen = d.isVisible();
-            QVERIFY(control<QWidget>(d, name.toLatin1().constData())->hasFocus());
-            d.reject();
-        }));
-        QVERIFY(stillOpen);
-        QCOMPARE(boxes.shown(), QStringList{box});
-        QVERIFY(!w.settings().Ban && !w.settings().Rate);
-    }
-
-    void scanIntervalValidated_data()
-    {
-        QTest::addColumn<QString>("typed");
-        QTest::addColumn<QString>("after");
-        QTest::newRow("5 passes") << u"5"_s << u"5"_s;
-        QTest::newRow("60 passes") << u"60"_s << u"60"_s;
-        QTest::newRow("4 refused") << u"4"_s << u"5"_s;
-        QTest::newRow("61 refused") << u"61"_s << u"5"_s;
-        QTest::newRow("letters refused") << u"x"_s << u"5"_s;
-        QTest::newRow("overflow refused") << u"99999999999"_s << u"5"_s;
-    }
-
-    // Leaving the box checks it; a refusal resets it to 5, so Okay then stores 5 seconds.
-    void scanIntervalValidated()
-    {
-        QFETCH(QString, typed);
-        QFETCH(QString, after);
-        WindowWorld w;
-        Boxes boxes;
-        QString shown;
-        QVERIFY(okay(w, [&](frmTolerance &d) {
-            auto *box = control<QLineEdit>(d, "txtScanInt");
-            box->setFocus();
-            box->setText(typed);
-            QTest::keyClick(box, Qt::Key_Tab);
-            shown = box->text();
-        }));
-        QCOMPARE(shown, after);
-        QCOMPARE(boxes.shown(),
-                 after == typed ? QStringList() : QStringList{u"The range for scanning is 5 to 60 seconds."_s});
-        QCOMPARE(w.settings().CheckInt, after.toInt() * 1000);
-    }
-
-    void outOfRangeAtOkay()
-    {
-        WindowWorld w;
-        w.settings().CheckInt = 70000; // shown as 70, the box never focused
-        Boxes boxes;
-        QVERIFY(okay(w, [](frmTolerance &) {}));
-        QCOMPARE(boxes.shown(), QStringList{u"The timer's range is 5 to 60 seconds. Resetting to 30 seconds."_s});
-        QCOMPARE(w.settings().CheckInt, 30000);
-        QCOMPARE(w.window.engine().timKickcheck.interval(), 30000);
     }
 
     void enablingRules_data()
     {
         QTest::addColumn<QString>("box");
-        QTest::addColumn<QStringList>("dependents");
-        QTest::newRow("ban") << u"chkBan"_s << QStringList{u"cboBanType"_s, u"lblBanish"_s, u"lblBanishFor"_s,
-                                                           u"cboBanFor"_s};
-        QTest::newRow("kick") << u"chkKick"_s << QStringList{u"chkForceKick"_s, u"chkTellPlayers"_s,
-                                                             u"txtTellPause"_s, u"lblTellPause1"_s,
-                                                             u"lblTellPause2"_s};
-        QTest::newRow("ping") << u"chkKickPing"_s << QStringList{u"txtMaxPing"_s, u"lblPing"_s, u"cboPasses"_s,
-                                                                 u"lblPasses"_s, u"chkSkipMap"_s};
-        QTest::newRow("qport") << u"chkQPort"_s << QStringList{u"lblQPortMin"_s, u"lblQPortMax"_s,
-                                                               u"txtQPortMin"_s, u"txtQPortMax"_s};
-        QTest::newRow("rate") << u"chkRate"_s << QStringList{u"lblRateMin"_s, u"lblRateMax"_s, u"txtRateMin"_s,
-                                                             u"txtRateMax"_s};
+        QTest::addColumn<QString>("dependents");
+        QTest::newRow("ban") << u"chkBan"_s << u"cboBanType lblBanish lblBanishFor cboBanFor"_s;
+        QTest::newRow("kick") << u"chkKick"_s << u"chkForceKick chkTellPlayers txtTellPause lblTellPause1 lblTellPause2"_s;
+        QTest::newRow("ping") << u"chkKickPing"_s << u"txtMaxPing lblPing cboPasses lblPasses chkSkipMap"_s;
+        QTest::newRow("qport") << u"chkQPort"_s << u"lblQPortMin lblQPortMax txtQPortMin txtQPortMax"_s;
+        QTest::newRow("rate") << u"chkRate"_s << u"lblRateMin lblRateMax txtRateMin txtRateMax"_s;
     }
 
     // Each click sets the dependents to the box's state; greyed boxes are stored as they stand.
     void enablingRules()
     {
         QFETCH(QString, box);
-        QFETCH(QStringList, dependents);
+        QFETCH(QString, dependents);
         WindowWorld w;
         w.settings().ForceKick = true;
         QVERIFY(okay(w, [&](frmTolerance &d) {
             auto *check = control<QCheckBox>(d, box.toLatin1().constData());
             for (int click = 0; click < 2; ++click) {
                 QTest::mouseClick(check, Qt::LeftButton, {}, QPoint(8, check->height() / 2));
-                for (const QString &name : dependents)
+                for (const QString &name : dependents.split(u' '))
                     QVERIFY2(control<QWidget>(d, name.toLatin1().constData())->isEnabled() == check->isChecked(),
                              qPrintable(name));
                 QVERIFY(!control<QWidget>(d, "txtBanDuration")->isEnabled());
