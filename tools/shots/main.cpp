@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Draws the window and every dialog into PNG files: quorvane-shots <folder>.
+// Draws every dialog into PNG files: quorvane-shots <folder>.
 // Run it under a real display (or xvfb-run) so the fonts are those of a desktop.
 #include "core/Clock.h"
 #include "core/Engine.h"
@@ -52,7 +52,6 @@ int main(int argc, char **argv)
     Engine &engine = window.engine();
     engine.settings.FileLoc = work;
     engine.settings.WarnTxt = QStringLiteral("I am watching you %name%.");
-    shoot(window, out + QStringLiteral("/main-window.png"));
 
     frmTolerance tolerance(engine, &window);
     shoot(tolerance, out + QStringLiteral("/tolerances.png"));
