@@ -54,6 +54,8 @@ int main(int argc, char **argv)
     QuorvaneApplication app(argc, argv);
     QApplication::setApplicationName(QStringLiteral("Quorvane"));
     QApplication::setApplicationVersion(QStringLiteral(QUORVANE_VERSION));
+    // Ties the window to the installed desktop entry and its icon.
+    QGuiApplication::setDesktopFileName(QStringLiteral("org.quorvane.quorvane"));
     // The splash closes before the window opens; that must not end the program.
     QApplication::setQuitOnLastWindowClosed(false);
 

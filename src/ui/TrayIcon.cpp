@@ -1,13 +1,12 @@
 // SPDX-License-Identifier: MIT
 #include "ui/TrayIcon.h"
 
-#include <QPainter>
-#include <QPixmap>
+#include <QDirIterator>
 
 TrayIcon::TrayIcon(QObject *parent)
     : QObject(parent)
-    , m_icon(drawIcon(QColor(0, 0, 160), Qt::yellow))
-    , m_flashIcon(drawIcon(Qt::yellow, Qt::black))
+    , m_icon(picture(QStringLiteral("icon")))
+    , m_flashIcon(picture(QStringLiteral("flash")))
 {
     m_flash.setInterval(1000);
     connect(&m_flash, &QTimer::timeout, this, &TrayIcon::toggleFlash);
@@ -19,23 +18,13 @@ TrayIcon::TrayIcon(QObject *parent)
     m_tray.setToolTip(m_toolTip);
 }
 
-QIcon TrayIcon::drawIcon(const QColor &fill, const QColor &letter)
+QIcon TrayIcon::picture(const QString &name)
 {
-    QPixmap pixmap(16, 16);
-    pixmap.fill(Qt::transparent);
-    QPainter p(&pixmap);
-    p.setRenderHint(QPainter::Antialiasing);
-    p.setPen(Qt::NoPen);
-    p.setBrush(fill);
-    p.drawEllipse(QRectF(0.5, 0.5, 15, 15));
-    QFont font = p.font();
-    font.setPixelSize(12);
-    font.setBold(true);
-    p.setFont(font);
-    p.setPen(letter);
-    p.drawText(QRect(0, 0, 16, 16), Qt::AlignCenter, QStringLiteral("Q"));
-    p.end();
-    return QIcon(pixmap);
+    QIcon icon;
+    QDirIterator files(QStringLiteral(":/icons"), {name + QStringLiteral("-*.png")});
+    while (files.hasNext())
+        icon.addFile(files.next());
+    return icon;
 }
 
 void TrayIcon::setToolTip(const QString &tip)

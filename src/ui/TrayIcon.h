@@ -27,9 +27,10 @@ public:
 
     // Whether the flash picture is up at this moment.
     bool showsFlashIcon() const { return m_flashUp; }
+    // The program's icon, also the window's; the flash picture; what the tray shows now.
     QIcon icon() const { return m_icon; }
-
-    static QIcon drawIcon(const QColor &fill, const QColor &letter);
+    QIcon flashIcon() const { return m_flashIcon; }
+    QIcon shownIcon() const { return m_tray.icon(); }
 
     // Whether a window hidden to the tray can be brought back: there is a tray to click.
     static bool trayAvailable();
@@ -42,6 +43,9 @@ Q_SIGNALS:
     void activated();
 
 private:
+    // Every size of one picture from the resource :/icons/, rendered from the same drawing
+    // as the icons installed in the desktop's theme: "icon" or "flash".
+    static QIcon picture(const QString &name);
     void toggleFlash();
     void showPicture(bool flash);
 

@@ -13,7 +13,29 @@ class TestTrayPrompts : public QObject
 {
     Q_OBJECT
 
+    // The colours of the 16-pixel picture at a point of the disc and a point of the Q.
+    static QList<QColor> discAndLetter(const QIcon &icon)
+    {
+        const QImage image = icon.pixmap(QSize(16, 16)).toImage();
+        return {image.pixelColor(2, 7), image.pixelColor(4, 7)};
+    }
+    const QList<QColor> plain{QColor(0, 0, 160), QColor(255, 255, 0)};
+    const QList<QColor> flash{QColor(255, 255, 0), QColor(0, 0, 0)};
+
 private Q_SLOTS:
+    // Both pictures come from the resource rendered from the installed icon's drawing.
+    void pictures()
+    {
+        TrayIcon tray;
+        const QList<QSize> sizes = tray.icon().availableSizes();
+        for (int side : {16, 22, 24, 32, 48, 64, 128, 256})
+            QVERIFY2(sizes.contains(QSize(side, side)), qPrintable(QString::number(side)));
+        QVERIFY(tray.flashIcon().availableSizes().contains(QSize(16, 16)));
+        QCOMPARE(discAndLetter(tray.icon()), plain);
+        QCOMPARE(discAndLetter(tray.flashIcon()), flash);
+        QCOMPARE(discAndLetter(tray.shownIcon()), plain);
+    }
+
     void trayFlashes()
     {
         TrayIcon tray;
@@ -22,10 +44,13 @@ private Q_SLOTS:
         tray.setFlashInterval(10);
         tray.setFlashEnabled(true);
         QTRY_VERIFY(tray.showsFlashIcon());
+        QCOMPARE(discAndLetter(tray.shownIcon()), flash);
         QTRY_VERIFY(!tray.showsFlashIcon());
+        QCOMPARE(discAndLetter(tray.shownIcon()), plain);
         QTRY_VERIFY(tray.showsFlashIcon());
         tray.setFlashEnabled(false);
         QVERIFY(!tray.showsFlashIcon()); // back to the plain icon at once
+        QCOMPARE(discAndLetter(tray.shownIcon()), plain);
         QTest::qWait(40);
         QVERIFY(!tray.showsFlashIcon());
     }
