@@ -1,28 +1,41 @@
 // SPDX-License-Identifier: MIT
 // Arbitrary datagrams through the receive path into the pane, then GetScores into
-// CopyPlayers and the grid figures.
+// CopyPlayers and the grid figures, and on an accepted scan the check cycle's policies
+// with the kick and ban actions over lists that are not empty.
 //
 // The input is cut at every 0x00 byte into pieces; a piece's first byte says what it is:
 //   0x01  echo of "status"            0x02  echo of "getStatus"
 //   0x03  GetScores with the last echoed word
 //   0x04  the previous datagram again, as often as the next byte says (to reach the pane limit)
+//   0x05  settings: the next bytes switch the policies and Ban, and set MaxPing, PingPasses,
+//         TKLimit, the QPort and Rate ranges, BanFor and BanType
+//   0x06  the clock moves on by the next byte's seconds
 //   else  the whole piece is one datagram
 // GetScores runs once more at the end. A fatal report is the program's own way out,
 // so it ends the input without counting as a crash.
 #include "FakeClock.h"
 #include "HeadlessView.h"
+#include "core/ActivityLog.h"
 #include "core/ErrorLog.h"
 #include "core/OutputPane.h"
 #include "core/Settings.h"
 #include "core/Stats.h"
 #include "core/Text.h"
 #include "core/View.h"
+#include "enforcement/BanAction.h"
+#include "enforcement/CheckCycle.h"
+#include "enforcement/KickAction.h"
 #include "link/RconCodec.h"
+#include "messages/ListFiles.h"
+#include "messages/Variables.h"
 #include "players/PlayerGrid.h"
 #include "players/PlayerMerge.h"
 #include "players/PlayerState.h"
 #include "players/StatusCycle.h"
 #include "players/StatusParser.h"
+
+#include <QFile>
+#include <QTemporaryDir>
 
 #include <cstddef>
 #include <cstdint>
@@ -49,8 +62,59 @@ struct Rig
     StatusParser parser{state, stats, clock, errors};
     PlayerMerge merge{state, stats, errors};
     StatusCycle cycle{pane, parser, merge, errors};
+    ListFiles lists{settings, errors};
+    Variables variables{state, stats, settings, lists, clock};
+    ActivityLog log{clock, errors, settings, stats};
+    BanAction ban{state, settings, stats, lists, log, clock};
+    qint64 queued = 0;
+    QueueCommand queue = [this](const QString &, bool, bool, bool, qint32) { return ++queued, true; };
+    KickAction kick{state, settings, stats, lists, variables, log, clock, ban, queue};
+    PolicyContext context{state, settings, stats, lists, kick, log, pane, clock, queue};
 
-    Rig() { errors.setTerminate([] { throw FatalExit{}; }); }
+    Rig()
+    {
+        errors.setTerminate([] { throw FatalExit{}; });
+        static QTemporaryDir folder;
+        settings.FileLoc = folder.path() + u'/';
+        const auto write = [this](const char *name, const char *text) {
+            QFile file(settings.FileLoc + QString::fromLatin1(name));
+            if (file.open(QIODevice::WriteOnly | QIODevice::Truncate))
+                file.write(text);
+        };
+        write("highping.txt", "%name% at %ping%\r\nbye %map%\r\n");
+        write("banned.txt", "player\r\n  Zed \r\n");
+        write("bannedIP.txt", "127.0.0.1\r\n----\r\n");
+        write("badnames.txt", "a\r\naa\r\n^\r\n \t\r\n");
+        write("immuneIP.txt", "192.0.2.1\r\n");
+        lists.LoadAll();
+        settings.KickTK = settings.QPort = settings.Rate = settings.NameCheck = true;
+    }
+
+    void setUp(const QByteArray &piece)
+    {
+        const auto byte = [&piece](int i) { return i < piece.size() ? static_cast<uint8_t>(piece.at(i)) : 0; };
+        Settings &s = settings;
+        const int f = byte(1);
+        s.KickTK = f & 1, s.KickBanned = f & 2, s.KickPing = f & 4, s.QPort = f & 8;
+        s.Rate = f & 16, s.NameCheck = f & 32, s.KickImpersonators = f & 64, s.Ban = f & 128;
+        s.MaxPing = byte(2) * 4, s.PingPasses = byte(3) % 7, s.TKLimit = byte(4) - 128;
+        s.QPortMin = byte(5) * 256, s.QPortMax = byte(6) * 256, s.RateMin = byte(7) * 100, s.RateMax = byte(8) * 100;
+        const qint32 banFor[] = {1, 10, 11, 100, 1000, 7};
+        s.BanFor = banFor[byte(9) % 6], s.BanType = byte(10) % 5, s.SkipMap = byte(11) & 1, s.TellPlayers = byte(11) & 2;
+    }
+
+    void runPolicies()
+    {
+        const qint32 count = state.currentCount;
+        CheckCycle::runPolicies(context);
+        require(state.currentCount == count);
+        for (qint32 k = 1; k <= count; ++k) {
+            const PlayerRecord &r = state.currentPlayers[k];
+            require(r.warn >= 0 && (r.status == u"Ok" || r.status.startsWith(u"Kicked (")));
+        }
+        require(lists.bannedNameTop() < ListTable::Size && lists.bannedIPTop() < ListTable::Size);
+        require(stats.pingkicks >= 0 && stats.bankicks >= 0 && stats.tkkicks >= 0 && stats.banadds >= 0);
+    }
 
     // As the receive handler takes a datagram in.
     void arrive(const QByteArray &datagram)
@@ -70,6 +134,7 @@ struct Rig
             require(state.currentCount == state.scanCount && stats.players == state.currentCount);
             for (qint32 k = 1; k <= state.currentCount; ++k)
                 require(state.currentPlayers[k].scanIndex == k);
+            runPolicies();
         } else {
             require(state.currentCount == before);
         }
@@ -100,6 +165,12 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
                 break;
             case 0x03:
                 rig->getScores(cmd);
+                break;
+            case 0x05:
+                rig->setUp(piece);
+                break;
+            case 0x06:
+                rig->clock.jump(piece.size() > 1 ? static_cast<uint8_t>(piece.at(1)) : 1);
                 break;
             case 0x04:
                 for (int n = piece.size() > 1 ? static_cast<uint8_t>(piece.at(1)) : 1; n > 0; --n)

@@ -1,7 +1,8 @@
 #!/usr/bin/env python3
 # SPDX-License-Identifier: MIT
 # Writes the seed corpus: realistic replies in the fuzzer's input form (pieces cut at 0x00;
-# 0x01/0x02 echo "status"/"getStatus", 0x03 runs GetScores, anything else is a datagram).
+# 0x01/0x02 echo "status"/"getStatus", 0x03 runs GetScores and the policies, 0x05 sets the
+# policies' settings, 0x06 moves the clock, anything else is a datagram).
 import os
 
 HERE = os.path.dirname(os.path.abspath(__file__))
@@ -9,6 +10,7 @@ PRINT = b"\xff\xff\xff\xff\x01print\n"
 HEAD = b"num score ping name            lastmsg address               qport rate\n"
 DASH = b"--- ----- ---- --------------- ------- --------------------- ----- -----\n"
 S, G, RUN = b"\x01", b"\x02", b"\x03"
+ALL = b"\x05\xff\xbc\x01\x7d\x04\x08\x19\xfa\x03\x03\x03"  # every policy and Ban on, tight limits
 
 
 def row(num, score, ping, name, address, lastmsg=0, qport=12345, rate=25000):
@@ -41,3 +43,6 @@ seed("getstatus-twins", G, info_reply([(48, b"Twin"), (60, b"Twin")]), RUN, S, s
 seed("getstatus-only", G, info_reply([(50, b"New ^3Guy"), (70, b"")]), RUN)
 seed("pane-limit", S, b"\xff\xff\xff\xff\x01print\n" + b"x" * 250 + b"\n", b"\x04\x60", status(three), RUN)
 seed("no-connection", S, b"\xff", RUN)
+seed("policies-every-one", ALL, S, status(three + [row(3, -9, 800, b"Player", b"127.0.0.1:1"),
+                                                     row(4, 5, 60, b"some player", b"192.0.2.1:5")]), RUN,
+     b"\x06\x07", S, status(three), RUN, b"\x06\x50", RUN)

@@ -11,14 +11,13 @@
 #include "core/Stats.h"
 #include "enforcement/BanAction.h"
 #include "enforcement/KickAction.h"
-#include "enforcement/PolicyContext.h"
 #include "messages/ListFiles.h"
 #include "messages/Variables.h"
 #include "players/PlayerState.h"
 
-// The kick and ban actions and the policies on a table and lists of the test's own,
-// with no engine, socket or window: the queue records what it is given, the log and
-// the lists are real files in a private folder.
+// The kick and ban actions and the policies without engine, socket or window: the queue
+// records the commands (with bShowT bDoNow bRconCmd intPause as "|FFT2" when not "TFT0");
+// the log and the lists are real files in a private folder. The clock stands at noon.
 struct PolicyRig
 {
     TestEnv env;
@@ -32,13 +31,12 @@ struct PolicyRig
     Variables variables{players, stats, settings, lists, clock};
     ActivityLog log{clock, errors, settings, stats};
     BanAction ban{players, settings, stats, lists, log, clock};
-    QStringList queued; // the commands, in order
-    QStringList flags;  // bShowT bDoNow bRconCmd intPause of each, as "TFT0"
+    QStringList queued;
     bool refuse = false;
     QueueCommand queue = [this](const QString &Cmd, bool bShowT, bool bDoNow, bool bRconCmd, qint32 intPause) {
-        queued.append(Cmd);
-        flags.append(QString::fromLatin1(bShowT ? "T" : "F") + QString::fromLatin1(bDoNow ? "T" : "F")
-                     + QString::fromLatin1(bRconCmd ? "T" : "F") + QString::number(intPause));
+        const QString flags = QStringLiteral("%1%2%3%4").arg(QChar(bShowT ? u'T' : u'F'), QChar(bDoNow ? u'T' : u'F'),
+                                                              QChar(bRconCmd ? u'T' : u'F')).arg(intPause);
+        queued.append(flags == u"TFT0" ? Cmd : Cmd + u'|' + flags);
         return !refuse;
     };
     KickAction kick{players, settings, stats, lists, variables, log, clock, ban, queue};
@@ -49,39 +47,32 @@ struct PolicyRig
     {
         settings.FileLoc = env.workDir();
         settings.SaveLog = true;
-        errors.setTerminate([] { throw FatalExit{QStringLiteral("fatal")}; });
-        lists.LoadAll();
+        errors.setTerminate([] { throw FatalExit{}; });
+        writeList(QStringLiteral("immuneIP.txt"), "192.0.2.50\r\n");
         log.OpenLog();
     }
-
     void writeList(const QString &file, const QByteArray &bytes)
     {
         TestEnv::writeFile(env.workDir() + file, bytes);
         lists.LoadAll();
     }
-
-    // A player on the next row, as a full status shows him.
-    PlayerRecord &add(const QString &name, const QString &ip, const QString &num = QString())
+    // A player on the next row, as a full status shows him; his slot is the row's number.
+    PlayerRecord &add(const QString &name, const QString &ip = QStringLiteral("192.0.2.1"))
     {
         PlayerRecord &r = players.currentPlayers[++players.currentCount];
         r = PlayerRecord{};
+        r.num = QString::number(players.currentCount);
         r.name = name;
         r.ip = ip;
-        r.num = num.isNull() ? QString::number(players.currentCount) : num;
-        r.ping = r.score = r.qport = r.rate = QStringLiteral("0");
         r.status = QStringLiteral("Ok");
         r.jointime = r.nametime = clock.timeOfDay();
         return r;
     }
-
-    // The records of the log after its head block, without their line ends.
+    // The log's records after its head block.
     QStringList logLines() const
     {
-        QStringList records = QString::fromLatin1(TestEnv::readFile(env.workDir() + QStringLiteral("servlog.txt")))
-                                  .split(QStringLiteral("\r\n\r\n"));
-        records.removeFirst();
-        records.removeLast();
-        return records;
+        const QStringList records = QString::fromLatin1(file(QStringLiteral("servlog.txt"))).split(QStringLiteral("\r\n\r\n"));
+        return records.mid(1, records.size() - 2);
     }
     QByteArray file(const QString &name) const { return TestEnv::readFile(env.workDir() + name); }
 };

@@ -92,24 +92,6 @@ private Q_SLOTS:
         QCOMPARE(w.view.boxes.size(), 1);
     }
 
-    void reloadKeepsOldSlotsAndResetsCursors()
-    {
-        EngineWorld w;
-        ListFiles &l = w.engine.lists();
-        TestEnv::writeFile(w.env.workDir() + files[0], "a\r\nb\r\nc\r\n");
-        l.LoadServerMessages();
-        l.nextMessage = 2;
-        l.nextHighPingMessage = 1;
-        TestEnv::writeFile(w.env.workDir() + files[0], "z\r\n");
-        l.LoadServerMessages();
-        QCOMPARE(l.serverMessageTop(), 0);
-        QCOMPARE(l.serverMessages().at(1), QStringLiteral("b"));
-        QCOMPARE(l.nextMessage, 0);
-        QCOMPARE(l.nextHighPingMessage, 1);
-        l.LoadHighPingMessages();
-        QCOMPARE(l.nextHighPingMessage, 0);
-    }
-
     void appendCreatesAndFailsFatally()
     {
         EngineWorld w;

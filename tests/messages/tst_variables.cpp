@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The % variables: their order, ReplaceText's rules and the two computed values.
+// The % variables: their order, the rules of their replacement, the two computed values.
 #include "EngineWorld.h"
 
 #include <QTest>
@@ -54,7 +54,8 @@ private Q_SLOTS:
         QTest::newRow("later pass expands a value") << u"%name%"_s << 1 << m << u"%map%"_s << m;
         QTest::newRow("earlier pass does not") << u"%map%"_s << 1 << u"%name%"_s << bob << u"%name%"_s;
         QTest::newRow("no rescan") << u"%name%!"_s << 1 << m << u"%name%"_s << u"%name%!"_s;
-        QTest::newRow("only an empty map stays") << u"%map%"_s << -1 << QString() << bob << u"%map%"_s;
+        QTest::newRow("left to right, no overlap") << u"%map%map%"_s << -1 << m << bob << u"obj/obj_team2map%"_s;
+        QTest::newRow("nothing but empty maps stays") << u"%map%%map%"_s << -1 << QString() << bob << u"%map%%map%"_s;
         QTest::newRow("empty map beside text") << u"on %map%"_s << -1 << QString() << bob << u"on "_s;
     }
 
@@ -68,28 +69,6 @@ private Q_SLOTS:
         EngineWorld w;
         setUp(w, map, name);
         QCOMPARE(w.engine.ExpandVariables(message, player), expected);
-    }
-
-    void replaceText_data()
-    {
-        QTest::addColumn<QString>("text");
-        QTest::addColumn<QString>("find");
-        QTest::addColumn<QString>("replace");
-        QTest::addColumn<QString>("expected");
-        QTest::newRow("left to right, no overlap") << u"aaa"_s << u"aa"_s << u"b"_s << u"ba"_s;
-        QTest::newRow("match at the very end") << u"xab"_s << u"ab"_s << QString() << u"x"_s;
-        QTest::newRow("text shorter than find") << u"ab"_s << u"abc"_s << u"z"_s << u"ab"_s;
-        QTest::newRow("case counts") << u"AB"_s << u"ab"_s << u"z"_s << u"AB"_s;
-        QTest::newRow("all of it, replaced by nothing") << u"%x%%x%"_s << u"%x%"_s << QString() << u"%x%%x%"_s;
-    }
-
-    void replaceText()
-    {
-        QFETCH(QString, text);
-        QFETCH(QString, find);
-        QFETCH(QString, replace);
-        QFETCH(QString, expected);
-        QCOMPARE(Variables::ReplaceText(text, find, replace), expected);
     }
 
     void computedValues()

@@ -211,12 +211,10 @@ void TstSimServer::kickedPlayerRejoins()
     m_server->setPassword("secret");
     m_server->setScript(script);
     m_server->advanceTo(2);
-    QSignalSpy kicked(m_server.get(), &SimServer::playerKicked);
     send(rcon("rcon secret clientkick 4"));
     expectReplies(1);
-    QCOMPARE(kicked.size(), 1);
     QTest::failOnWarning(QRegularExpression(QStringLiteral(".")));
-    m_server->advanceTo(4); // the kicked player's event is dropped without a warning
+    m_server->advanceTo(4); // gone: his event is dropped without a warning
     QVERIFY(m_server->players().isEmpty());
     m_server->advanceTo(6);
     QCOMPARE(m_server->player(2)->ping, 80);
