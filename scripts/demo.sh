@@ -37,6 +37,9 @@ RateMax=25000
 Ban=True
 BanFor=100
 BanType=3
+intAnnouce=1
+lngAnnounce=1
+MsgRandom=False
 INI
 
 # The lists, one entry a line, CR LF as the program writes them.
@@ -46,7 +49,10 @@ list bannedIP.txt 198.51.100.66
 list badnames.txt cheat
 list immuneIP.txt 192.0.2.18
 list highping.txt "%name%, your ping stayed above %pinglimit% ms for %pingtime% s. Come back on a better line."
-list servmsg.txt "Welcome to %serverip%:%serverport%, on %map% for %uptime%."
+# One announcement a minute, in turn, with live values filled in.
+list servmsg.txt "Welcome to %serverip%:%serverport%, on %map% for %uptime%." \
+    "%players% players on now, %totalplayers% since %starttime%. Average ping: %avgping% ms." \
+    "Pings above %pinglimit% ms for %pingtime% seconds are kicked. %checks% checks so far."
 rm -f "$demo/ReasonBanned.txt"
 
 cat <<'GUIDE'
@@ -61,6 +67,7 @@ The demo server's script (tools/sim/demo.script), with a check every 5 seconds:
   ~80 s   Tarn lags, but his address is immune: "Immune (Tarn / high ping)"
   ~90 s   Mossfoot's score falls to -4: kicked for TKing
   ~140 s  the Red Baron takes Ironside's name: kicked at once, his address banned
+Every minute one of the three announcements goes out in turn, with its figures filled in.
 The lists, servlog.txt and ReasonBanned.txt are in build/demo/.
 GUIDE
 

@@ -31,6 +31,7 @@ Engine::Engine(Clock &clock, View &view, QObject *parent)
     , m_policies{m_players, settings, stats, m_lists, m_kick, m_log, m_pane, clock, queueCommand()}
     , m_statusCycle(m_pane, m_parser, m_merge, m_errors, this)
     , m_checkCycle(*this)
+    , m_announcer(*this)
 {
     connect(&timKickcheck, &Ticker::tick, this,
             [this] { guarded(QStringLiteral("timKickcheck_Timer"), [this] { timKickcheck_Timer(); }); });

@@ -13,6 +13,7 @@
 #include "enforcement/CheckCycle.h"
 #include "enforcement/KickAction.h"
 #include "enforcement/PolicyContext.h"
+#include "messages/Announcer.h"
 #include "messages/ListFiles.h"
 #include "messages/Variables.h"
 #include "players/PlayerGrid.h"
@@ -58,6 +59,7 @@ public:
     StatusCycle &statusCycle() { return m_statusCycle; }
     CheckCycle &checkCycle() { return m_checkCycle; }
     ListFiles &lists() { return m_lists; }
+    Announcer &announcer() { return m_announcer; }
     PolicyContext &policies() { return m_policies; }
 
     // The kick and ban actions, for the policies' callers and the operator's buttons.
@@ -150,6 +152,7 @@ private:
     PolicyContext m_policies;
     StatusCycle m_statusCycle;
     CheckCycle m_checkCycle;
+    Announcer m_announcer;
     std::function<void()> m_checkOverride;
     std::function<void()> m_statusOverride;
     bool m_unloading = false;

@@ -2,12 +2,18 @@
 #include "ui/MainWindow.h"
 
 #include "core/Engine.h"
+#include "enforcement/OperatorActions.h"
 #include "core/RuntimeError.h"
 #include "core/Text.h"
 #include "link/RconLink.h"
+#include "ui/AboutDialog.h"
+#include "ui/AnnounceDialog.h"
 #include "ui/MainWindowLayout.h"
+#include "ui/OtherCommandDialog.h"
 #include "ui/PaneMirror.h"
 #include "ui/Prompts.h"
+#include "ui/SettingsDialog.h"
+#include "ui/ToleranceDialog.h"
 #include "ui/TrayIcon.h"
 
 #include <QAction>
@@ -48,6 +54,7 @@ frmMain::frmMain(Clock &clock, QWidget *parent)
     : QMainWindow(parent)
     , m_ui(std::make_unique<MainWindowLayout>(*this))
     , m_engine(std::make_unique<Engine>(clock, *this))
+    , m_actions(std::make_unique<OperatorActions>(*m_engine))
     , m_tray(new TrayIcon(this))
     , m_pane(new PaneMirror(*m_ui->txtOutput, m_engine->pane(), this))
 {
@@ -56,7 +63,7 @@ frmMain::frmMain(Clock &clock, QWidget *parent)
     setWindowIcon(m_tray->icon());
     m_ui->noteMeasures();
     connectControls();
-    connectPending();
+    connectActions();
     connectFields();
     letMenuShortcutsWin();
 }
@@ -99,14 +106,18 @@ void frmMain::connectControls()
     });
 }
 
-void frmMain::connectPending()
+void frmMain::connectActions()
 {
     MainWindowLayout &ui = *m_ui;
-    connect(ui.cmdKick, &QPushButton::clicked, this, &frmMain::cmdKick_Click);
-    connect(ui.mnuKick, &QAction::triggered, this, &frmMain::mnuKick_Click);
-    connect(ui.cmdKickBan, &QPushButton::clicked, this, &frmMain::cmdKickBan_Click);
-    connect(ui.mnuKickBan, &QAction::triggered, this, &frmMain::mnuKickBan_Click);
-    connect(ui.cmdOther, &QPushButton::clicked, this, &frmMain::cmdOther_Click);
+    const auto kick = [this] { run(QStringLiteral("cmdKick_Click"), [this] { m_actions->cmdKick_Click(); }); };
+    connect(ui.cmdKick, &QPushButton::clicked, this, kick);
+    connect(ui.mnuKick, &QAction::triggered, this, kick);
+    const auto kickBan = [this] {
+        run(QStringLiteral("cmdKickBan_Click"), [this] { m_actions->cmdKickBan_Click(); });
+    };
+    connect(ui.cmdKickBan, &QPushButton::clicked, this, kickBan);
+    connect(ui.mnuKickBan, &QAction::triggered, this, kickBan);
+    connect(ui.cmdOther, &QPushButton::clicked, this, &frmMain::mnuOther_Click);
     connect(ui.mnuOther, &QAction::triggered, this, &frmMain::mnuOther_Click);
     connect(ui.mnuAnnounce, &QAction::triggered, this, &frmMain::mnuAnnounce_Click);
     connect(ui.mnuTolerance, &QAction::triggered, this, &frmMain::mnuTolerance_Click);
@@ -170,6 +181,37 @@ void frmMain::cmdSay_Click()
     const QString words = Text::trimBlanks(m_ui->txtSay->text());
     m_engine->link().UDPClient_SendMessage(QStringLiteral("say ") + words, true, true);
     m_ui->txtSay->clear();
+}
+
+// The dialogs open modally; the timers go on while they are open.
+void frmMain::mnuOther_Click()
+{
+    frmOther dialog(*m_engine, *m_actions, this);
+    dialog.exec();
+}
+
+void frmMain::mnuAnnounce_Click()
+{
+    frmAnnounce dialog(*m_engine, this);
+    dialog.exec();
+}
+
+void frmMain::mnuTolerance_Click()
+{
+    frmTolerance dialog(*m_engine, this);
+    dialog.exec();
+}
+
+void frmMain::mnuSettings_Click()
+{
+    frmSettings dialog(*m_engine, this);
+    dialog.exec();
+}
+
+void frmMain::mnuAbout_Click()
+{
+    frmAbout dialog(*m_engine, this);
+    dialog.exec();
 }
 
 void frmMain::chkTray_Click(bool ticked)

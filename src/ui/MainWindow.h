@@ -11,6 +11,7 @@
 class Clock;
 class Engine;
 class MainWindowLayout;
+class OperatorActions;
 class PaneMirror;
 class TrayIcon;
 
@@ -67,7 +68,7 @@ protected:
 
 private:
     void connectControls();
-    void connectPending();
+    void connectActions();
     void connectFields();
     void letMenuShortcutsWin();
     void run(const QString &routine, const std::function<void()> &handler);
@@ -79,19 +80,15 @@ private:
     void txtPort_Change(const QString &text);
     bool otherWindowOpen() const;
 
-    void cmdKick_Click() {}    // filled in with the kick action
-    void cmdKickBan_Click() {} // filled in with the kick and ban action
-    void cmdOther_Click() {}   // filled in with the Other Command dialog
-    void mnuKick_Click() {}    // filled in with the kick action
-    void mnuKickBan_Click() {} // filled in with the kick and ban action
-    void mnuOther_Click() {}   // filled in with the Other Command dialog
-    void mnuAnnounce_Click() {}  // filled in with the announcement dialog
-    void mnuTolerance_Click() {} // filled in with the tolerances dialog
-    void mnuSettings_Click() {}  // filled in with the settings dialog
-    void mnuAbout_Click() {}     // filled in with the about box
+    void mnuOther_Click();
+    void mnuAnnounce_Click();
+    void mnuTolerance_Click();
+    void mnuSettings_Click();
+    void mnuAbout_Click();
 
     std::unique_ptr<MainWindowLayout> m_ui;
     std::unique_ptr<Engine> m_engine;
+    std::unique_ptr<OperatorActions> m_actions;
     TrayIcon *m_tray;
     PaneMirror *m_pane;
     int m_seenState = stateNormal;

@@ -2,6 +2,7 @@
 #include "ui/MainWindowLayout.h"
 
 #include "ui/FittingFont.h"
+#include "ui/Twips.h"
 
 #include <QAction>
 #include <QCheckBox>
@@ -45,32 +46,8 @@ const QList<GridColumn> gridReference{
 constexpr int frameWidth = 8;
 constexpr int frameHeight = 52;
 
-template<typename W>
-W *place(QWidget *parent, QStringView name, int left, int top, int width, int height)
-{
-    auto *w = new W(parent);
-    w->setObjectName(name.toString());
-    w->setGeometry(MainWindowLayout::px(left), MainWindowLayout::px(top), MainWindowLayout::px(width),
-                   MainWindowLayout::px(height));
-    return w;
-}
-
-template<typename W>
-W *place(QWidget *parent, QStringView name, QStringView caption, int left, int top, int width, int height)
-{
-    W *w = place<W>(parent, name, left, top, width, height);
-    w->setText(caption.toString());
-    return w;
-}
-
-QFrame *line(QWidget *parent, QStringView name, int x1, int y, int x2)
-{
-    auto *f = place<QFrame>(parent, name, x1, y, x2 - x1, 0);
-    f->resize(f->width(), 2);
-    f->setFrameShape(QFrame::HLine);
-    f->setFrameShadow(QFrame::Sunken);
-    return f;
-}
+using Twips::line;
+using Twips::place;
 
 QAction *entry(QMenu *menu, QStringView name, QStringView caption, const QKeySequence &shortcut = {})
 {
@@ -84,7 +61,7 @@ QAction *entry(QMenu *menu, QStringView name, QStringView caption, const QKeySeq
 
 int MainWindowLayout::px(int twips)
 {
-    return qRound(static_cast<double>(twips) / twipsPerPixel);
+    return Twips::px(twips);
 }
 
 MainWindowLayout::MainWindowLayout(QMainWindow &window)

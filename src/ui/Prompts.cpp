@@ -6,6 +6,7 @@
 #include <cstdio>
 
 QMessageBox::StandardButton Prompts::s_nextAnswer = QMessageBox::NoButton;
+QString Prompts::s_lastText;
 
 void Prompts::information(QWidget *parent, const QString &text)
 {
@@ -35,6 +36,7 @@ bool Prompts::nobodyToAsk()
 QMessageBox::StandardButton Prompts::ask(QWidget *parent, const QString &text, QMessageBox::StandardButtons buttons,
                                          QMessageBox::StandardButton defaultButton)
 {
+    s_lastText = text;
     if (s_nextAnswer != QMessageBox::NoButton) {
         const QMessageBox::StandardButton answer = s_nextAnswer;
         s_nextAnswer = QMessageBox::NoButton;

@@ -18,6 +18,9 @@ public:
 
     // Tests answer the next box in advance; it is then neither shown nor printed.
     static void setNextAnswer(QMessageBox::StandardButton button) { s_nextAnswer = button; }
+    // The text of the last box, shown or answered in advance; tests clear it.
+    static QString lastText() { return s_lastText; }
+    static void clearLastText() { s_lastText.clear(); }
 
     // The text as it goes to stderr: "Quorvane: " and the text on one line.
     static QString unattendedLine(const QString &text);
@@ -28,4 +31,5 @@ private:
     static bool nobodyToAsk();
 
     static QMessageBox::StandardButton s_nextAnswer;
+    static QString s_lastText;
 };

@@ -15,6 +15,7 @@ struct WindowWorld
         : clock(QDateTime(QDate(2026, 11, 22), QTime(12, 0, 0)), clockSpeed)
     {
         settings().FileLoc = env.workDir(); // error records stay in the private folder
+        window.engine().lists().LoadAll();  // the six lists stand, empty, as after a start
         window.show();
         [[maybe_unused]] const bool exposed = QTest::qWaitForWindowExposed(&window);
     }

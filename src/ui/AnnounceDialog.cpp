@@ -1,0 +1,123 @@
+// SPDX-License-Identifier: MIT
+#include "ui/AnnounceDialog.h"
+
+#include "core/Engine.h"
+#include "core/RuntimeError.h"
+#include "ui/CodedItems.h"
+#include "ui/EditFileDialog.h"
+#include "ui/GameCodesDialog.h"
+#include "ui/ListFileText.h"
+#include "ui/Prompts.h"
+#include "ui/Twips.h"
+
+#include <QCheckBox>
+#include <QComboBox>
+#include <QFile>
+#include <QGroupBox>
+#include <QLabel>
+#include <QPlainTextEdit>
+#include <QPushButton>
+#include <QRadioButton>
+
+using Twips::place;
+
+frmAnnounce::frmAnnounce(Engine &engine, QWidget *parent)
+    : FormDialog(engine, parent, QStringLiteral("frmAnnounce"), QStringLiteral("QVN - Announcement"), 6600, 5280)
+{
+    Label2 = place<QLabel>(this, u"Label2", u"Server Messages", 120, 120, 3000, 300);
+    txtAnnounce = place<QPlainTextEdit>(this, u"txtAnnounce", 120, 420, 6360, 2760);
+    txtAnnounce->setLineWrapMode(QPlainTextEdit::NoWrap);
+    chkAnnounce = place<QCheckBox>(this, u"chkAnnounce", u"Enable", 120, 3345, 1200, 300);
+    lblAnnounce = place<QLabel>(this, u"lblAnnounce", u"Announce Every", 1380, 3360, 1620, 300);
+    cboAnnounce = place<QComboBox>(this, u"cboAnnounce", 3000, 3345, 1560, 330);
+    cboAnnounce->setEditable(true);
+    cboAnnounce->setInsertPolicy(QComboBox::NoInsert);
+    fraSequence = place<QGroupBox>(this, u"fraSequence", 4740, 3270, 1740, 1170);
+    fraSequence->setTitle(QStringLiteral("Sequence"));
+    optRandom = place<QRadioButton>(fraSequence, u"optRandom", u"Random", 180, 330, 1440, 300);
+    optSequential = place<QRadioButton>(fraSequence, u"optSequential", u"Sequential", 180, 690, 1440, 300);
+    cmdGameCodes = place<QPushButton>(this, u"cmdGameCodes", u"Variables", 120, 3945, 1440, 375);
+    Twips::line(this, u"Line1", 120, 4560, 6480);
+    cmdOkay = place<QPushButton>(this, u"cmdOkay", u"Save", 3600, 4740, 1320, 375);
+    cmdCancel = place<QPushButton>(this, u"cmdCancel", u"Cancel", 5160, 4740, 1320, 375);
+    finishForm();
+    setTabOrder(chkAnnounce, txtAnnounce);
+    setTabOrder(txtAnnounce, cboAnnounce);
+    chkAnnounce->setFocus();
+
+    connect(chkAnnounce, &QCheckBox::toggled, this, &frmAnnounce::chkAnnounce_Click);
+    connect(cmdGameCodes, &QPushButton::clicked, this, &frmAnnounce::cmdGameCodes_Click);
+    connect(cmdOkay, &QPushButton::clicked, this,
+            [this] { run(QStringLiteral("cmdOkay_Click"), [this] { cmdOkay_Click(); }); });
+    connect(cmdCancel, &QPushButton::clicked, this, &QDialog::reject);
+    Form_Load();
+}
+
+QString frmAnnounce::path() const
+{
+    return m_engine.settings.FileLoc + ListFiles::servmsgFile;
+}
+
+void frmAnnounce::Form_Load()
+{
+    const Settings &s = m_engine.settings;
+    cboAnnounce->addItems(CodedItems::announceEvery().texts());
+    chkAnnounce->setChecked(s.intAnnouce == 1);
+    optRandom->setChecked(s.MsgRandom);
+    optSequential->setChecked(!s.MsgRandom);
+    cboAnnounce->setCurrentText(CodedItems::announceEvery().textOf(s.lngAnnounce));
+    Load_Srv_Msg();
+    chkAnnounce_Click();
+}
+
+void frmAnnounce::Load_Srv_Msg()
+{
+    m_engine.errors().catching(QStringLiteral("Error loading announcements (Load_Srv_Msg)"), [&] {
+        const ListFileText::Loaded file = ListFileText::load(path());
+        txtAnnounce->setPlainText(file.text);
+        m_lineEnd = file.lineEnd;
+    });
+}
+
+void frmAnnounce::Save_Srv_Msg()
+{
+    m_engine.errors().catching(QStringLiteral("Error saving server announcements (Save_Srv_Msg)"), [&] {
+        if (!QFile::exists(path()))
+            throw RuntimeError(RuntimeError::FileError, QStringLiteral("File not found"));
+        ListFileText::save(path(), frmEditFile::plainText(*txtAnnounce), m_lineEnd);
+    });
+}
+
+void frmAnnounce::chkAnnounce_Click()
+{
+    const bool on = chkAnnounce->isChecked();
+    for (QWidget *w : {static_cast<QWidget *>(cboAnnounce), static_cast<QWidget *>(fraSequence),
+                       static_cast<QWidget *>(optRandom), static_cast<QWidget *>(optSequential),
+                       static_cast<QWidget *>(lblAnnounce)})
+        w->setEnabled(on);
+}
+
+void frmAnnounce::cmdGameCodes_Click()
+{
+    frmGameCodes codes(m_engine, this);
+    codes.exec();
+}
+
+void frmAnnounce::cmdOkay_Click()
+{
+    Settings &s = m_engine.settings;
+    s.intAnnouce = chkAnnounce->isChecked() ? 1 : 0;
+    s.MsgRandom = optRandom->isChecked();
+    Save_Srv_Msg();
+    m_engine.lists().LoadServerMessages(); // the sequence starts again at the first message
+    s.lngAnnounce = CodedItems::announceEvery().valueOf(cboAnnounce->currentText());
+    Announcer &announcer = m_engine.announcer();
+    // Only a switch touches the timer: a running one keeps its count under the new interval.
+    if (s.intAnnouce == 1 && !announcer.timAnnounce.isActive())
+        announcer.Announce_Timer_Control(QStringLiteral("ON"));
+    else if (s.intAnnouce == 0 && announcer.timAnnounce.isActive())
+        announcer.Announce_Timer_Control(QStringLiteral("OFF"));
+    if (s.intAnnouce == 1 && !m_engine.engineRunning)
+        Prompts::information(this, QStringLiteral("Announcements will be sent as soon as you click Start on the main screen."));
+    accept();
+}

@@ -1,0 +1,90 @@
+// SPDX-License-Identifier: MIT
+#include "ui/EditFileDialog.h"
+
+#include "core/Engine.h"
+#include "core/RuntimeError.h"
+#include "ui/ListFileText.h"
+#include "ui/Prompts.h"
+#include "ui/Twips.h"
+
+#include <QPlainTextEdit>
+#include <QPushButton>
+
+using Twips::place;
+
+frmEditFile::frmEditFile(Engine &engine, QWidget *parent)
+    : FormDialog(engine, parent, QStringLiteral("frmEditFile"), QStringLiteral("QVN - "), 6240, 4920)
+{
+    txtEdit = place<QPlainTextEdit>(this, u"txtEdit", 60, 60, 6120, 4260);
+    txtEdit->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    txtEdit->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    cmdSave = place<QPushButton>(this, u"cmdSave", u"Save", 3420, 4440, 1320, 375);
+    cmdCancel = place<QPushButton>(this, u"cmdCancel", u"Cancel", 4860, 4440, 1320, 375);
+    finishForm();
+    setTabOrder(txtEdit, cmdSave);
+    setTabOrder(cmdSave, cmdCancel);
+    txtEdit->setFocus();
+    connect(cmdSave, &QPushButton::clicked, this,
+            [this] { run(QStringLiteral("cmdSave_Click"), [this] { cmdSave_Click(); }); });
+    connect(cmdCancel, &QPushButton::clicked, this, &QDialog::reject);
+}
+
+QString frmEditFile::plainText(const QPlainTextEdit &box)
+{
+    // The raw text keeps a no-break space (0xA0) that the plain text would turn into a blank.
+    QString text = box.document()->toRawText();
+    text.replace(QChar::ParagraphSeparator, u'\n');
+    text.replace(QChar::LineSeparator, u'\n');
+    return text;
+}
+
+void frmEditFile::Edit_File(const QString &fName, const QString &wTitle)
+{
+    m_fName = fName;
+    m_engine.errors().catching(QStringLiteral("Error editing ") + fName, [&] {
+        const ListFileText::Loaded file = ListFileText::load(m_engine.settings.FileLoc + fName);
+        txtEdit->setPlainText(file.text);
+        m_lineEnd = file.lineEnd;
+    });
+    setWindowTitle(QStringLiteral("QVN - ") + wTitle);
+}
+
+void frmEditFile::cmdSave_Click()
+{
+    QString reason;
+    const bool saved = m_engine.errors().catching(
+        QStringLiteral("Error saving changes to ") + m_fName,
+        [&] {
+            try {
+                ListFileText::save(m_engine.settings.FileLoc + m_fName, plainText(*txtEdit), m_lineEnd);
+            } catch (const RuntimeError &e) {
+                reason = e.description();
+                throw;
+            }
+        },
+        false);
+    if (!saved) {
+        // The old list stands whole; the operator keeps the text and can try again or cancel.
+        Prompts::information(this, QStringLiteral("Error saving changes to ") + m_fName + QStringLiteral(": ") + reason
+                                       + QStringLiteral(". The list on disk is unchanged."));
+        return;
+    }
+    reloadTable();
+    accept();
+}
+
+void frmEditFile::reloadTable()
+{
+    ListFiles &lists = m_engine.lists();
+    const QList<std::pair<QString, void (ListFiles::*)()>> loaders{
+        {ListFiles::bannedFile, &ListFiles::LoadBannedNames},  {ListFiles::servmsgFile, &ListFiles::LoadServerMessages},
+        {ListFiles::badnamesFile, &ListFiles::LoadBadNames},   {ListFiles::bannedIPFile, &ListFiles::LoadBannedIPs},
+        {ListFiles::immuneIPFile, &ListFiles::LoadImmuneIPs}};
+    for (const auto &[name, load] : loaders) {
+        if (name == m_fName) {
+            (lists.*load)();
+            return;
+        }
+    }
+    Prompts::information(this, QStringLiteral("File has been saved, but Quorvane will not show changes until restarted."));
+}

@@ -1,0 +1,32 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QDialog>
+
+#include <functional>
+
+class Engine;
+
+// A dialog of fixed size with no minimise or maximise button, laid out in twips in the
+// face the main window chooses. Its buttons are not default buttons: Enter and Escape do nothing
+// special unless a dialog names a default and a cancel button of its own.
+class FormDialog : public QDialog
+{
+    Q_OBJECT
+public:
+    FormDialog(Engine &engine, QWidget *parent, const QString &name, const QString &caption, int widthTwips,
+               int heightTwips);
+
+protected:
+    // Call at the end of the constructor, when every control stands: chooses the face and
+    // settles the buttons.
+    void finishForm(QPushButton *defaultAndCancel = nullptr);
+    // Runs a handler so that a failure nobody catches is recorded and ends the program.
+    void run(const QString &routine, const std::function<void()> &handler);
+    void keyPressEvent(QKeyEvent *event) override;
+
+    Engine &m_engine;
+
+private:
+    QPushButton *m_cancelButton = nullptr;
+};

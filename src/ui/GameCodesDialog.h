@@ -1,0 +1,15 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "ui/FormDialog.h"
+
+// frmGameCodes: a read-only reference of the % variables a message can hold.
+class frmGameCodes : public FormDialog
+{
+    Q_OBJECT
+public:
+    frmGameCodes(Engine &engine, QWidget *parent);
+
+    // The reference, line by line with CR LF behind each line.
+    static QString reference();
+};

@@ -1,0 +1,42 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "ui/FormDialog.h"
+
+class QCheckBox;
+class QComboBox;
+class QFileSystemModel;
+class QGroupBox;
+class QLabel;
+class QLineEdit;
+class QPushButton;
+class QRadioButton;
+class QTreeView;
+
+// frmSettings: the program's housekeeping: the activity log, the working folder and two
+// values of the server link.
+class frmSettings : public FormDialog
+{
+    Q_OBJECT
+public:
+    frmSettings(Engine &engine, QWidget *parent);
+
+private:
+    void Form_Load();
+    void chkLog_Click();
+    void cmdOK_Click();
+    // The folder dirDir stands on or has highlighted, with its separator.
+    QString chosenDirectory() const;
+    void pointAt(const QString &folder);
+    bool entriesFit();
+
+    QGroupBox *Frame1, *Frame2;
+    QCheckBox *chkLog;
+    QRadioButton *optBrief, *optVerbose;
+    QLabel *Label1, *Label2, *Label3;
+    QLineEdit *txtLocalPort, *txtCommandDelay;
+    QTreeView *dirDir;
+    QComboBox *drvDrive;
+    QPushButton *cmdOK, *cmdCancel;
+    QFileSystemModel *m_folders;
+};
