@@ -36,7 +36,9 @@ bool KickAction::IsImmune(qint32 intPlayerNum) const
 
 bool KickAction::repeatAllowed(double now, double kicktime)
 {
-    return std::floor((now - kicktime) * 100000.0) > 5;
+    // Units of 0.864 s counted on whole milliseconds: on the bare fractions of a day,
+    // rounding can leave exactly 5.184 s a hair short of 6 units.
+    return std::floor(std::round((now - kicktime) * 86400000.0) / 864.0) > 5;
 }
 
 void KickAction::logLine(const QString &text)

@@ -248,6 +248,8 @@ private Q_SLOTS:
         QTest::addColumn<bool>("again");
         QTest::newRow("5.0 s later") << QTime(12, 0) << 5000 << false;
         QTest::newRow("5.2 s later") << QTime(12, 0) << 5200 << true;
+        QTest::newRow("5.183 s later") << QTime(20, 0) << 5183 << false;
+        QTest::newRow("5.184 s later") << QTime(20, 0) << 5184 << true;
         QTest::newRow("across midnight") << QTime(23, 59, 58) << 7000 << false;
     }
 
