@@ -279,5 +279,6 @@ void SettingsStore::setProgramDirectoryForTesting(const QString &dir)
 
 QString SettingsStore::doubleText(double value)
 {
-    return QString::number(value, 'g', QLocale::FloatingPointShortest);
+    // Plain decimal, never an exponent: "1e-05" would not read back as a number.
+    return QString::number(value, 'f', QLocale::FloatingPointShortest);
 }

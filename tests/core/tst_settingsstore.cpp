@@ -86,6 +86,7 @@ private Q_SLOTS:
         QTest::newRow("bool nonsense") << "TellPlayers" << "maybe" << "True";
         QTest::newRow("delay shortest form") << "CommandDelay" << "1.0" << "1";
         QTest::newRow("delay fraction") << "CommandDelay" << "0.25" << "0.25";
+        QTest::newRow("delay without exponent") << "CommandDelay" << "0.00001" << "0.00001";
         QTest::newRow("delay letters") << "CommandDelay" << "fast" << "1";
         QTest::newRow("FileLoc of blanks") << "FileLoc" << "   " << "<program>";
         QTest::newRow("string with comma") << "WarnTxt" << "stop, now" << "stop, now";
