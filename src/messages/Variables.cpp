@@ -51,7 +51,9 @@ QString Variables::uptime() const
 
 QString Variables::pingtime() const
 {
-    return SettingsStore::doubleText(m_settings.CheckInt / 1000.0 * m_settings.PingPasses);
+    // Multiplied first: a stored 5001 ms with 5 passes gives 25.005, not 25.005000000000003.
+    const qint64 ms = qint64(m_settings.CheckInt) * m_settings.PingPasses;
+    return SettingsStore::doubleText(static_cast<double>(ms) / 1000.0);
 }
 
 QString Variables::ExpandVariables(const QString &strMessage, qint32 intPlayerNum) const
