@@ -171,11 +171,9 @@ private Q_SLOTS:
         w.engine.stats.starttime = 0.75; // 18:00, after the present time of day
         w.engine.settings.CheckInt = 12500;
         QCOMPARE(w.engine.ExpandVariables(u"%uptime% %pingtime%"_s, -1), u"2d / -6h 37.5"_s);
-        w.engine.settings.CheckInt = 20000;
-        w.engine.settings.PingPasses = 5000;
+        w.engine.settings.CheckInt = 20000, w.engine.settings.PingPasses = 5000;
         QCOMPARE(w.engine.ExpandVariables(u"%pingtime%"_s, -1), u"100000"_s);
-        w.engine.settings.CheckInt = 5001;
-        w.engine.settings.PingPasses = 5;
+        w.engine.settings.CheckInt = 5001, w.engine.settings.PingPasses = 5;
         QCOMPARE(w.engine.ExpandVariables(u"%pingtime%"_s, -1), u"25.005"_s);
     }
 };
