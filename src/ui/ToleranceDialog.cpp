@@ -210,7 +210,8 @@ void frmTolerance::Form_Load()
         s.PingPasses = 2; // repaired at once; Cancel does not undo it
     cboPasses->setCurrentText(QString::number(s.PingPasses));
 
-    txtScanInt->setText(QString::number(std::nearbyint(s.CheckInt / 1000.0)));
+    // Whole seconds, written out in full also for a stored interval far out of range.
+    txtScanInt->setText(QString::number(static_cast<qint64>(std::nearbyint(s.CheckInt / 1000.0))));
 
     enable(false, {chkWarn, chkEnableTK, chkKickTelefrag});
 

@@ -90,8 +90,12 @@ private Q_SLOTS:
         QCOMPARE(s.BanDuration, 14); // shown greyed, stored back as it was
         QCOMPARE(s.PingPasses, 2);
         s.PingPasses = 9;
-        QVERIFY(whileOpen<frmTolerance>([&] { w.child<QAction>("mnuTolerance")->trigger(); })); // and Cancel
-        QCOMPARE(s.PingPasses, 2); // the repair at load stands
+        s.CheckInt = 2000000000; // far out of range, still shown in whole seconds
+        QString scan;
+        QVERIFY(whileOpen<frmTolerance>([&] { w.child<QAction>("mnuTolerance")->trigger(); },
+                                        [&](frmTolerance &d) { scan = control<QLineEdit>(d, "txtScanInt")->text(); }));
+        QCOMPARE(s.PingPasses, 2); // the repair at load stands, Cancel or not
+        QCOMPARE(scan, u"2000000"_s);
     }
 
     void stored_data()
