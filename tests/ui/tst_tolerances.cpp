@@ -120,6 +120,7 @@ private Q_SLOTS:
         row("interval case", "cboStatusInterval", u"Tenth"_s, "StatusInterval", 2);
         row("passes as typed", "cboPasses", u"9"_s, "PingPasses", 9);
         row("pause negative", "txtTellPause", u"-5"_s, "TellPause", 0);
+        row("pause negative beyond", "txtTellPause", u"-40000"_s, "TellPause", 0);
         row("pause letters", "txtTellPause", u"soon"_s, "TellPause", 0);
         row("pause at 16 bits", "txtTellPause", u"32767"_s, "TellPause", 32767);
         row("pause beyond", "txtTellPause", u"32768"_s, "TellPause", 0,
