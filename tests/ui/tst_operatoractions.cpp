@@ -191,28 +191,18 @@ private Q_SLOTS:
         QCOMPARE(rig.e.stats.banadds, banned ? 1 : 0);
     }
 
-    void findClient_data()
+    // The slot column is read as the number it is: a fraction or a slot beyond 32 bits is no slot 5.
+    void findClientReadsTheSlotAsANumber()
     {
-        QTest::addColumn<QString>("slot");
-        QTest::addColumn<qint32>("found");
-        QTest::newRow("that slot") << u"5"_s << 2;
-        QTest::newRow("another slot") << u"6"_s << -1;
-        QTest::newRow("a fraction") << u"5.4"_s << -1;
-        QTest::newRow("beyond 32 bits") << u"99999999999"_s << -1;
-        QTest::newRow("known from getStatus only") << u"----"_s << -1;
-    }
-
-    // The slot column is read as the number it is; what is no such slot matches nothing.
-    void findClient()
-    {
-        QFETCH(QString, slot);
-        QFETCH(qint32, found);
         WindowWorld w;
         PlayerState &p = w.window.engine().players();
-        p.currentCount = 2;
-        p.currentPlayers[1].num = u"3"_s;
-        p.currentPlayers[2].num = slot;
-        QCOMPARE(OperatorActions(w.window.engine()).FindClient(5), found);
+        p.currentCount = 1;
+        const OperatorActions actions(w.window.engine());
+        const QList<std::pair<QString, qint32>> cases{{u"5.4"_s, -1}, {u"99999999999"_s, -1}, {u"5"_s, 1}};
+        for (const auto &[slot, found] : cases) {
+            p.currentPlayers[1].num = slot;
+            QCOMPARE(actions.FindClient(5), found);
+        }
     }
 
     void otherCommandStopsTheEngineWhileOpen_data()
