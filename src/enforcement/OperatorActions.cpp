@@ -51,7 +51,10 @@ qint32 OperatorActions::FindClient(qint16 num) const
     const PlayerState &p = m_engine.players();
     for (qint32 i = 1; i <= p.currentCount; ++i) {
         const QString &slot = p.currentPlayers[i].num;
-        if (Text::isNumeric(slot) && Text::toInt32(slot) == num)
+        // Read as the number it is, so that a fraction or a slot beyond 32 bits simply does not match.
+        bool read = false;
+        const double value = Text::trimBlanks(slot).toDouble(&read);
+        if (Text::isNumeric(slot) && read && value == num)
             return i;
     }
     return -1;

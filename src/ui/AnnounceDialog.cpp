@@ -27,6 +27,8 @@ frmAnnounce::frmAnnounce(Engine &engine, QWidget *parent)
     Label2 = place<QLabel>(this, u"Label2", u"Server Messages", 120, 120, 3000, 300);
     txtAnnounce = place<QPlainTextEdit>(this, u"txtAnnounce", 120, 420, 6360, 2760);
     txtAnnounce->setLineWrapMode(QPlainTextEdit::NoWrap);
+    txtAnnounce->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
+    txtAnnounce->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
     chkAnnounce = place<QCheckBox>(this, u"chkAnnounce", u"Enable", 120, 3345, 1200, 300);
     lblAnnounce = place<QLabel>(this, u"lblAnnounce", u"Announce Every", 1380, 3360, 1620, 300);
     cboAnnounce = place<QComboBox>(this, u"cboAnnounce", 3000, 3345, 1560, 330);

@@ -95,7 +95,6 @@ frmGameCodes::frmGameCodes(Engine &engine, QWidget *parent)
     Text1->setLineWrapMode(QPlainTextEdit::NoWrap);
     Text1->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     Text1->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
-    Text1->setTabStopDistance(tabStop(Text1->fontMetrics()));
     QString shown = reference();
     shown.replace(QStringLiteral("\r\n"), QStringLiteral("\n"));
     Text1->setPlainText(shown);
@@ -115,5 +114,7 @@ frmGameCodes::frmGameCodes(Engine &engine, QWidget *parent)
     Label5->setFont(bold);
     auto *cmdExit = place<QPushButton>(this, u"cmdExit", u"Exit", 5760, 6240, 1320, 375);
     finishForm();
+    // Measured in the face the form has chosen, which the reference shows in.
+    Text1->setTabStopDistance(tabStop(Text1->fontMetrics()));
     connect(cmdExit, &QPushButton::clicked, this, &QDialog::accept);
 }

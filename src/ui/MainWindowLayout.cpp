@@ -145,7 +145,7 @@ void MainWindowLayout::buildPaneAndGrid(QWidget *client)
     fixed.setFamilies({QStringLiteral("Courier New"), QStringLiteral("DejaVu Sans Mono"),
                        QStringLiteral("Liberation Mono"), QStringLiteral("Noto Mono"), fixed.family()});
     fixed.setStyleHint(QFont::TypeWriter);
-    fixed.setPointSize(10);
+    fixed.setPointSizeF(9.75);
     txtOutput->setFont(fixed);
 
     gridPlayers = place<QTableWidget>(client, u"gridPlayers", 15, 3405, 9060, 2835);

@@ -210,7 +210,8 @@ void frmTolerance::Form_Load()
         s.PingPasses = 2; // repaired at once; Cancel does not undo it
     cboPasses->setCurrentText(QString::number(s.PingPasses));
 
-    txtScanInt->setText(QString::number(std::nearbyint(s.CheckInt / 1000.0)));
+    // Whole seconds, written out in full also for a stored interval far out of range.
+    txtScanInt->setText(QString::number(static_cast<qint64>(std::nearbyint(s.CheckInt / 1000.0))));
 
     enable(false, {chkWarn, chkEnableTK, chkKickTelefrag});
 
@@ -323,7 +324,7 @@ bool frmTolerance::entriesFit()
     }
     // Text that is no number, or a negative one, waits 0 seconds; only a number too large is refused.
     const QString pause = txtTellPause->text();
-    if (Text::isNumeric(pause) && !whole(pause, int16Min, int16Max)) {
+    if (Text::isNumeric(pause) && !Text::trimBlanks(pause).startsWith(u'-') && !whole(pause, int16Min, int16Max)) {
         Prompts::information(this, mustBe(QStringLiteral("The wait before kicking"), 0, int16Max));
         txtTellPause->setFocus();
         return false;
@@ -360,7 +361,8 @@ void frmTolerance::cmdOkay_Click()
     s.RateMax = number(txtRateMax);
     s.SkipMap = chkSkipMap->isChecked();
     s.KickImpersonators = chkImpersonate->isChecked();
-    s.TellPause = Text::isNumeric(txtTellPause->text()) ? qMax(0, number(txtTellPause)) : 0;
+    const std::optional<qint32> pause = whole(txtTellPause->text(), Entries::int16Min, Entries::int16Max);
+    s.TellPause = pause ? qMax(0, *pause) : 0;
     s.BanType = CodedItems::banType().valueOf(cboBanType->currentText());
     s.BanFor = CodedItems::banFor().valueOf(cboBanFor->currentText());
     s.StatusInterval = CodedItems::statusInterval().valueOf(cboStatusInterval->currentText());

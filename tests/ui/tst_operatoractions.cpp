@@ -4,6 +4,8 @@
 #include "DialogDriver.h"
 #include "SimServer.h"
 #include "WindowWorld.h"
+#include "enforcement/OperatorActions.h"
+#include "players/PlayerState.h"
 #include "ui/OtherCommandDialog.h"
 #include "ui/Prompts.h"
 
@@ -187,6 +189,20 @@ private Q_SLOTS:
         QCOMPARE(boxes.shown(), QStringList{});
         QCOMPARE(rig.file("banned.txt"), banned ? "Kestrel\r\n"_ba : QByteArray());
         QCOMPARE(rig.e.stats.banadds, banned ? 1 : 0);
+    }
+
+    // The slot column is read as the number it is: a fraction or a slot beyond 32 bits is no slot 5.
+    void findClientReadsTheSlotAsANumber()
+    {
+        WindowWorld w;
+        PlayerState &p = w.window.engine().players();
+        p.currentCount = 1;
+        const OperatorActions actions(w.window.engine());
+        const QList<std::pair<QString, qint32>> cases{{u"5.4"_s, -1}, {u"99999999999"_s, -1}, {u"5"_s, 1}};
+        for (const auto &[slot, found] : cases) {
+            p.currentPlayers[1].num = slot;
+            QCOMPARE(actions.FindClient(5), found);
+        }
     }
 
     void otherCommandStopsTheEngineWhileOpen_data()

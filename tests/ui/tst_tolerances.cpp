@@ -90,8 +90,12 @@ private Q_SLOTS:
         QCOMPARE(s.BanDuration, 14); // shown greyed, stored back as it was
         QCOMPARE(s.PingPasses, 2);
         s.PingPasses = 9;
-        QVERIFY(whileOpen<frmTolerance>([&] { w.child<QAction>("mnuTolerance")->trigger(); })); // and Cancel
-        QCOMPARE(s.PingPasses, 2); // the repair at load stands
+        s.CheckInt = 2000000000; // far out of range, still shown in whole seconds
+        QString scan;
+        QVERIFY(whileOpen<frmTolerance>([&] { w.child<QAction>("mnuTolerance")->trigger(); },
+                                        [&](frmTolerance &d) { scan = control<QLineEdit>(d, "txtScanInt")->text(); }));
+        QCOMPARE(s.PingPasses, 2); // the repair at load stands, Cancel or not
+        QCOMPARE(scan, u"2000000"_s);
     }
 
     void stored_data()
@@ -116,6 +120,7 @@ private Q_SLOTS:
         row("interval case", "cboStatusInterval", u"Tenth"_s, "StatusInterval", 2);
         row("passes as typed", "cboPasses", u"9"_s, "PingPasses", 9);
         row("pause negative", "txtTellPause", u"-5"_s, "TellPause", 0);
+        row("pause negative beyond", "txtTellPause", u"-40000"_s, "TellPause", 0);
         row("pause letters", "txtTellPause", u"soon"_s, "TellPause", 0);
         row("pause at 16 bits", "txtTellPause", u"32767"_s, "TellPause", 32767);
         row("pause beyond", "txtTellPause", u"32768"_s, "TellPause", 0,
