@@ -8,6 +8,7 @@
 
 #include <QCoreApplication>
 #include <QDir>
+#include <QFile>
 #include <QFileInfo>
 #include <QLocale>
 #include <QSettings>
@@ -173,10 +174,27 @@ QString IniSettingsBackend::read(const QString &appName, const QString &key, con
     const QVariant value = file(appName).value(QStringLiteral("Settings/") + key);
     if (!value.isValid())
         return defaultValue;
-    // A value edited by hand with a comma in it comes back as a list.
+    // A value edited by hand with a comma in it comes back as a list, its blanks lost
+    // (a password "se,cret" would read "se, cret"): the line itself is read instead.
     if (value.metaType().id() == QMetaType::QStringList)
-        return value.toStringList().join(QStringLiteral(", "));
+        return handWritten(filePath(appName), key);
     return value.toString();
+}
+
+QString IniSettingsBackend::handWritten(const QString &path, const QString &key)
+{
+    QFile ini(path);
+    if (!ini.open(QIODevice::ReadOnly | QIODevice::Text))
+        return {};
+    bool inSection = false;
+    while (!ini.atEnd()) {
+        const QString line = QString::fromUtf8(ini.readLine()).trimmed();
+        if (line.startsWith(u'['))
+            inSection = line == u"[Settings]";
+        else if (inSection && line.section(u'=', 0, 0).trimmed() == key)
+            return line.section(u'=', 1).trimmed();
+    }
+    return {};
 }
 
 void IniSettingsBackend::write(const QString &appName, const QString &key, const QString &value)

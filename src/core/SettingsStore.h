@@ -37,6 +37,7 @@ public:
 
 private:
     QSettings &file(const QString &appName);
+    static QString handWritten(const QString &path, const QString &key);
     std::map<QString, std::unique_ptr<QSettings>> m_files;
 };
 

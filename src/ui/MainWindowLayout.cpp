@@ -136,6 +136,7 @@ void MainWindowLayout::buildPaneAndGrid(QWidget *client)
     txtOutput->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
     txtOutput->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
     txtOutput->setUndoRedoEnabled(false); // the pane grows by every reply
+    txtOutput->setTabChangesFocus(true);     // Tab goes on to the next control, as in every box
     QPalette pal = txtOutput->palette();
     pal.setColor(QPalette::Base, Qt::black);
     pal.setColor(QPalette::Text, Qt::yellow);
@@ -154,6 +155,7 @@ void MainWindowLayout::buildPaneAndGrid(QWidget *client)
     gridPlayers->setEditTriggers(QAbstractItemView::NoEditTriggers);
     gridPlayers->setSelectionBehavior(QAbstractItemView::SelectRows);
     gridPlayers->setSelectionMode(QAbstractItemView::SingleSelection);
+    gridPlayers->setTabKeyNavigation(false); // Tab leaves the grid rather than walking its cells
     gridPlayers->verticalHeader()->hide();
     gridPlayers->verticalHeader()->setMinimumSectionSize(px(240));
     gridPlayers->verticalHeader()->setDefaultSectionSize(px(240));

@@ -1,0 +1,255 @@
+// SPDX-License-Identifier: MIT
+// The socket and the paced queue over real loopback UDP against a bare peer.
+#include "EngineWorld.h"
+#include "core/Text.h"
+#include "link/CommandQueue.h"
+#include "link/RconLink.h"
+
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+const QByteArray head("\xFF\xFF\xFF\xFF\x02", 5);
+const QByteArray printHead("\xFF\xFF\xFF\xFF\x01print\n", 11);
+
+QByteArray commandOf(const QByteArray &datagram)
+{
+    QByteArray text = datagram.mid(5);
+    return text.startsWith("rcon ") ? text.mid(text.indexOf(' ', 5) + 1) : text;
+}
+
+QList<QByteArray> echoBack(const QByteArray &d)
+{
+    return {printHead + "ok " + commandOf(d) + "\n"};
+}
+
+int timeouts(Engine &e)
+{
+    return static_cast<int>(e.pane().text().count(u"Warning: SendCommands timed out.\r\n"_s));
+}
+
+} // namespace
+
+class TestLink : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void framing()
+    {
+        EngineWorld w;
+        Peer peer;
+        w.connectTo(peer.socket.localPort());
+        const QList<std::tuple<QString, QString, bool>> sends{
+            {u"  secret "_s, u"status"_s, true}, // the password trimmed
+            {QString(), u"status"_s, true},      // an empty one leaves both blanks
+            {u"secret"_s, u"getStatus"_s, false},
+            {u"pw"_s, u"kick \"A \"B\" \u00e9\u00ff"_s, true}}; // quotes unchanged, one byte a character
+        QList<QByteArray> got;
+        for (const auto &[password, cmd, rcon] : sends) {
+            w.view.fields[View::Field::txtPwd] = password;
+            w.engine.link().UDPClient_SendMessage(cmd, true, rcon);
+            got << peer.next();
+        }
+        QCOMPARE(got, (QList<QByteArray>{head + "rcon secret status", head + "rcon  status", head + "getStatus",
+                                         head + "rcon pw kick \"A \"B\" \xE9\xFF"}));
+        QVERIFY(!w.engine.pane().text().contains(u"secret"_s)); // the echo never holds the password
+    }
+
+    void replyLandsBehindEchoCleaned()
+    {
+        EngineWorld w;
+        Peer peer;
+        w.connectTo(peer.socket.localPort(), u"pw"_s);
+        w.engine.settings.SaveLog = true; // verbose: the echo and every reply
+        w.engine.log().OpenLog();
+        w.engine.waitingForServer = true;
+        w.engine.link().UDPClient_SendMessage(u"status"_s, true, true);
+        peer.next();
+        w.clock.jump(0.25);
+        peer.reply(printHead + "map: ^1obj/^7team1\n^0a^2b^3c^4d^5e^6f ^8x^9y print ^^11\n");
+        peer.reply(printHead + "a\r\n" + printHead + "\xFF\xFF\xFF\xFFstatusResponse\n\n");
+        QTRY_VERIFY(w.engine.pane().text().endsWith(u"\r\n\r\n"_s));
+        QCOMPARE(w.engine.pane().text(), u"\r\n12:00:00>status\r\n===============\r\nmap: obj/team1\r\nabcdef ^8x^9y print "
+                                         "^1\r\na\r\r\n\u00ff\u00ff\u00ff\u00ffstatusResponse\r\n\r\n"_s);
+        QCOMPARE(w.view.pane, w.engine.pane().text());
+        const QByteArray log = w.file(u"servlog.txt"_s);
+        QCOMPARE(log.mid(log.indexOf("\r\n\r\n") + 4),
+                 "12:00:00>status\r\n===============\r\n\r\n\r\nmap: obj/team1\r\nabcdef ^8x^9y print ^1\r\n\r\n\r\n"
+                 "a\r\r\n\xFF\xFF\xFF\xFFstatusResponse\r\n\r\n\r\n\r\n"_ba);
+        QVERIFY(w.engine.serverAnswered && !w.engine.waitingForServer);
+        QCOMPARE(w.view.labels.value(View::Label::lblResponseTime), u"250 ms"_s);
+        QCOMPARE(w.view.cursorMoves, 2);
+    }
+
+    // Only a real midnight between send and reply adds a day.
+    void responseTimeAtAnyHour()
+    {
+        EngineWorld w;
+        Peer peer;
+        w.connectTo(peer.socket.localPort());
+        const QList<std::tuple<QTime, double, QString>> cases{{QTime(21, 43, 17, 311), 0.0, u"0 ms"_s},
+                                                              {QTime(23, 59, 59, 999), 0.0, u"0 ms"_s},
+                                                              {QTime(22, 30, 0, 7), 0.007, u"7 ms"_s},
+                                                              {QTime(23, 59, 59, 900), 0.25, u"250 ms"_s}};
+        for (const auto &[sent, later, label] : cases) {
+            w.clock.setNow(QDateTime(QDate(2026, 11, 22), sent));
+            w.engine.link().UDPClient_SendMessage(u"status"_s, false, true);
+            peer.next();
+            w.clock.jump(later);
+            w.view.labels.clear();
+            peer.reply(printHead + "x\n");
+            QTRY_COMPARE(w.view.labels.value(View::Label::lblResponseTime), label);
+        }
+    }
+
+    void shortDatagramsMeanNoConnection()
+    {
+        EngineWorld w;
+        Peer peer;
+        w.connectTo(peer.socket.localPort());
+        w.engine.link().UDPClient_SendMessage(u"x"_s, false, true);
+        peer.next();
+        w.engine.serverAnswered = true;
+        w.view.labels[View::Label::lblResponseTime] = u"7 ms"_s;
+        peer.reply(QByteArray("\xFF", 1)); // one byte, whatever it is
+        QTRY_VERIFY(w.engine.pane().text().endsWith(u"(no connection)"_s));
+        QVERIFY(!w.engine.serverAnswered);
+        peer.reply(QByteArray());
+        QTRY_COMPARE(w.engine.pane().text(), u"\r\n(no connection)\r\n(no connection)"_s);
+        QCOMPARE(w.view.labels.value(View::Label::lblResponseTime), u"7 ms"_s);
+    }
+
+    // The test comes before the reply is added: 23999 characters take it, 24000 are emptied first.
+    void paneEmptiedAtLimit()
+    {
+        for (const auto &[before, after] : {std::pair(23999, 24001), std::pair(24000, 2)}) {
+            EngineWorld w;
+            Peer peer;
+            w.connectTo(peer.socket.localPort());
+            w.engine.pane().append(QString(before, u'x'));
+            w.engine.link().UDPClient_SendMessage(u"x"_s, false, true);
+            peer.next();
+            peer.reply("ab");
+            QTRY_VERIFY(w.engine.pane().text().endsWith(u"ab"_s));
+            QCOMPARE(w.engine.pane().length(), qsizetype(after));
+            QCOMPARE(w.view.pane.size(), qsizetype(after));
+        }
+    }
+
+    void refusedSendIsRecordedAndGoesOn()
+    {
+        EngineWorld w;
+        w.engine.link().bind(0);
+        w.view.fields[View::Field::txtHost] = u" 000.000.000.000 "_s;
+        w.view.fields[View::Field::txtPort] = u"12203"_s;
+        w.engine.settings.SaveLog = true;
+        w.engine.log().OpenLog();
+        w.engine.link().UDPClient_SendMessage(u"status"_s, true, true);
+        QVERIFY(w.view.boxes.isEmpty());
+        const QByteArray record = w.file(u"ErrLog.txt"_s);
+        QVERIFY(record.contains("] - Error 126: No address for host 000.000.000.000\r\n\tCalling Function: UDPClient"));
+        QVERIFY(record.endsWith("\tAppMsg: Error sending via UDP (UDPClient_SendMessage)\"\r\n"));
+        // The steps after the send still ran.
+        QVERIFY(w.engine.pane().text().contains(u">status"_s) && w.file(u"servlog.txt"_s).contains(">status\r\n"));
+        // A port that is no number is no refused datagram: it ends the program.
+        w.view.fields[View::Field::txtPort] = u"12x"_s;
+        QVERIFY_THROWS_EXCEPTION(FatalExit, w.engine.link().UDPClient_SendMessage(u"status"_s, true, true));
+        QVERIFY(w.view.boxes.value(0).endsWith(u"Error sending via UDP (UDPClient_SendMessage)[13]: Type mismatch"_s));
+    }
+
+    void queueDrainsInOrderWithinTheLastCall()
+    {
+        EngineWorld w(40);
+        Peer peer;
+        peer.answerWith(echoBack);
+        w.connectTo(peer.socket.localPort(), u"pw"_s);
+        CommandQueue &q = w.engine.queue();
+        QVERIFY(q.AddSrvCmd(u"one"_s, true, false, true));
+        QVERIFY(q.AddSrvCmd(u"two"_s, false, false, false));
+        QVERIFY(q.AddSrvCmd(u"three"_s, true, false, true, -5));
+        QCOMPARE(peer.received.size(), 0);
+        const QDateTime before = w.clock.now();
+        QVERIFY(q.AddSrvCmd(u"four"_s, true, true, true));
+        const double took = before.msecsTo(w.clock.now()) / 1000.0; // a second, then one delay each
+        QCOMPARE(peer.received, (QList<QByteArray>{head + "rcon pw one", head + "two", head + "rcon pw three",
+                                                   head + "rcon pw four"}));
+        QVERIFY2(took >= 5.0 && took < 6.5, qPrintable(QString::number(took)));
+        QVERIFY(q.srvqueueTop == -1 && !w.engine.queueDraining && timeouts(w.engine) == 0);
+        // Echoes only for the entries that asked for them, each reply behind its echo.
+        const QString pane = w.engine.pane().text();
+        QVERIFY(pane.indexOf(u">one"_s) < pane.indexOf(u"ok one"_s));
+        QVERIFY(!pane.contains(u">two"_s) && pane.contains(u"ok two"_s));
+        // The three queue controls go off for the drain and come back.
+        QCOMPARE(w.view.enableLog.first(), qMakePair(View::Control::cmdStatus, false));
+        QCOMPARE(w.view.enableLog.last(), qMakePair(View::Control::cmdServerInfo, true));
+    }
+
+    // The wait after a send is the time the server has to answer: CommandDelay, then intPause.
+    void timeOuts()
+    {
+        const QList<std::tuple<double, int, bool, int>> cases{{1.0, 0, false, 2}, {1.0, 0, true, 0},
+                                                              {0.0, 0, true, 2}, // no reply gets in
+                                                              {0.0, 1, true, 0}, {0.0, -3, true, 2}};
+        for (const auto &[delay, intPause, answered, expected] : cases) {
+            EngineWorld w(40);
+            Peer peer;
+            if (answered)
+                peer.answerWith(echoBack);
+            w.connectTo(peer.socket.localPort());
+            w.engine.settings.CommandDelay = delay;
+            w.engine.settings.SaveLog = w.engine.settings.LogBrief = true;
+            w.engine.log().OpenLog();
+            w.engine.queue().AddSrvCmd(u"a"_s, false, false, true, intPause);
+            w.engine.queue().AddSrvCmd(u"b \"x\""_s, false, true, true, intPause);
+            QCOMPARE(timeouts(w.engine), expected);
+            const QByteArray log = w.file(u"servlog.txt"_s);
+            QCOMPARE(int(log.count("Error: SendCommands timed out waiting for response. Couldn't send ")), expected);
+            QCOMPARE(log.contains("Couldn't send b \"x\"\r\n\r\n"), expected > 0);
+            QVERIFY(!w.engine.waitingForServer);
+        }
+    }
+
+    void refusesDuringDrainAndStaysWhole()
+    {
+        EngineWorld w(40);
+        Peer peer;
+        CommandQueue &q = w.engine.queue();
+        QString inside;
+        peer.answerWith([&](const QByteArray &d) {
+            if (commandOf(d) == "first") {
+                // Inside the drain's wait: an addition is refused, and a second drain
+                // entered directly must not send the entries again.
+                const bool added = q.AddSrvCmd(u"intruder"_s);
+                const qsizetype before = peer.received.size();
+                q.SendCommands();
+                inside = u"%1 %2 %3"_s.arg(int(added)).arg(q.srvqueueTop).arg(peer.received.size() - before);
+            }
+            return QList<QByteArray>{printHead + "ok\n"};
+        });
+        w.connectTo(peer.socket.localPort());
+        q.AddSrvCmd(u"first"_s);
+        q.AddSrvCmd(u"second"_s);
+        q.SendCommands();
+        QCOMPARE(inside, u"0 1 0"_s);
+        QCOMPARE(peer.received, (QList<QByteArray>{head + "first", head + "second"}));
+        QVERIFY(!w.engine.queueDraining && q.AddSrvCmd(u"after"_s));
+        QCOMPARE(q.srvqueueTop, 0);
+    }
+
+    void entryBeyondTheTableIsFatal()
+    {
+        EngineWorld w;
+        CommandQueue &q = w.engine.queue();
+        for (int i = 0; i < 2049; ++i)
+            QVERIFY(q.AddSrvCmd(u"say %1"_s.arg(i)));
+        QCOMPARE(q.srvqueueTop, 2048);
+        QVERIFY_THROWS_EXCEPTION(FatalExit, q.AddSrvCmd(u"one too many"_s));
+        QVERIFY(w.view.boxes.value(0).endsWith(u"Error adding to srvqueue (AddSrvCmd)[9]: Subscript out of range"_s));
+    }
+};
+
+QTEST_GUILESS_MAIN(TestLink)
+#include "tst_link.moc"

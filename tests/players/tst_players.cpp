@@ -1,0 +1,439 @@
+// SPDX-License-Identifier: MIT
+// A reply's text to rows, the rows merged into the player table, the table into the grid; then
+// whole exchanges with the simulated server over loopback.
+#include "EngineWorld.h"
+#include "ReplyText.h"
+#include "SimServer.h"
+#include "core/Text.h"
+
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+using namespace ReplyText;
+
+namespace {
+
+const QString info = u"\\sv_hostname\\Test\\mapname\\dm/mohdm6\\g_gametype\\1"_s;
+
+// GoodStatus, then ParseScores behind the row area, as GetScores does; the command is
+// the text's first line.
+qint32 parse(Engine &e, const QString &text)
+{
+    const QString cmd = text.section(u'\r', 0, 0);
+    const qint32 area = e.parser().GoodStatus(text, cmd);
+    if (area > 0)
+        e.parser().ParseScores(Text::midToEnd(text, area), cmd);
+    return area;
+}
+
+// The words of the fatal box that `step` ends in; empty when it ends normally.
+QString fatalOf(EngineWorld &w, const std::function<void()> &step)
+{
+    try {
+        step();
+    } catch (const FatalExit &) {
+        const QString box = w.view.boxes.last().section(u"\r\n\r\n"_s, 1);
+        return box.left(box.indexOf(u'['));
+    }
+    return {};
+}
+
+QStringList rows(int count)
+{
+    QStringList list;
+    for (int k = 1; k <= count; ++k)
+        list << statusRow(numberedRow(k));
+    return list;
+}
+
+QStringList list(const QString &items)
+{
+    return items.isEmpty() ? QStringList() : items.split(u',');
+}
+
+// "num name ip:port [!]": "-" for a value the reply did not carry, "!" for a kicked player.
+PlayerRecord record(const QString &fields)
+{
+    const QStringList parts = fields.split(u' ');
+    const auto known = [](const QString &v) { return v == u"-" ? unknownField() : v; };
+    PlayerRecord r;
+    r.num = known(parts.at(0));
+    r.name = parts.at(1);
+    r.ip = known(parts.at(2).section(u':', 0, 0));
+    r.port = known(parts.at(2).section(u':', 1));
+    r.score = r.qport = r.rate = r.lastmsg = r.num == unknownField() ? r.num : r.num + u'0';
+    r.status = parts.size() > 3 ? u"Kicked (Ping)"_s : u"Ok"_s;
+    return r;
+}
+
+// Previous record j joined at j/100 with warn j and took its name at j/100 + 0.001; a
+// kicked one was kicked at j/100 + 0.002. The scan's rows are parsed at noon.
+void load(PlayerState &state, const QStringList &previous, const QStringList &scan)
+{
+    for (int j = 1; j <= previous.size(); ++j) {
+        PlayerRecord &r = state.currentPlayers[j] = record(previous.at(j - 1));
+        r.warn = j, r.jointime = j / 100.0, r.nametime = j / 100.0 + 0.001;
+        r.kicktime = r.status == u"Ok" ? 0 : j / 100.0 + 0.002;
+    }
+    state.currentCount = static_cast<qint32>(previous.size());
+    for (int i = 1; i <= scan.size(); ++i) {
+        PlayerRecord &r = state.scanPlayers[i] = record(scan.at(i - 1));
+        r.jointime = r.nametime = 0.5;
+    }
+    state.scanCount = static_cast<qint32>(scan.size());
+}
+
+SimPlayer player(const char *name, int ping, const char *ip, quint16 port, int score = 0)
+{
+    SimPlayer p;
+    p.name = name, p.ping = ping, p.ip = ip, p.port = port, p.score = score, p.qport = 1000 + port % 1000;
+    return p;
+}
+
+} // namespace
+
+class TestPlayers : public QObject
+{
+    Q_OBJECT
+
+    struct Rig
+    {
+        SimServer sim;
+        EngineWorld w{40};
+        Rig()
+        {
+            sim.setPassword("pw");
+            sim.setMap("obj/obj_team2");
+            sim.listen();
+            w.connectTo(sim.port(), u"pw"_s);
+        }
+        QString row(int r) const { return w.view.grid.rows.at(r).cells.join(u'|'); }
+        QByteArrayList sent() const
+        {
+            QByteArrayList out;
+            for (const SimServer::Datagram &d : sim.received())
+                out << d.bytes;
+            return out;
+        }
+    };
+
+private Q_SLOTS:
+    void rowFields()
+    {
+        const auto one = [](const StatusRow &r) { return statusReply(u"m"_s, {statusRow(r)}); };
+        const QList<QPair<QString, QString>> cases{ // num|score|ping|name|ip|port|qport|rate|lastmsg
+            {one({.num = u"3"_s, .score = u"-12"_s, .name = u"  A Name Longer Than Sixteen  "_s}),
+             u"3|-12|48|A Name Longer Than Sixteen|192.0.2.7|12203|12345|25000|0"_s},
+            {one({.ping = u"ZMBI"_s, .name = u"Gone"_s, .rate = u"100000"_s}), u"0|0|ZMBI|Gone|192.0.2.7|12203|12345|100000|0"_s},
+            {one({.name = u"Six"_s, .address = u"fe80::1:28960"_s}), u"0|0|48|Six|fe80::1|28960|12345|25000|0"_s},
+            {one({.name = u"Bot"_s, .address = u"localhost"_s}), u"0|0|48|Bot|localhost|old|12345|25000|0"_s},
+            {getStatusReply(info, {u"7 \" a \"b\" c \""_s}), u"----|----|7| a \"b\" c |----|----|----|----|----"_s},
+            {getStatusReply(info, {u"garbage"_s}), u"----|----|----|----|----|----|----|----|----"_s}};
+        for (const auto &[text, fields] : cases) {
+            EngineWorld w;
+            PlayerRecord &r = w.engine.players().scanPlayers[1];
+            // what the slot's last player left
+            r.port = u"old"_s, r.warn = 5, r.status = u"Kicked (Ping)"_s, r.kicktime = 0.25;
+            r.unique = false, r.matched = true, r.prevIndex = 3, r.scanIndex = 4;
+            QVERIFY(parse(w.engine, text) > 0);
+            QCOMPARE(w.engine.players().scanCount, 1);
+            QCOMPARE(QStringList({r.num, r.score, r.ping, r.name, r.ip, r.port, r.qport, r.rate, r.lastmsg}).join(u'|'),
+                     fields);
+            QCOMPARE(u"%1 %2 %3 %4 %5"_s.arg(r.status).arg(r.warn).arg(r.kicktime).arg(r.jointime).arg(r.nametime),
+                     u"Ok 0 0 0.5 0.5"_s); // the clock stands at noon
+            QCOMPARE(r.joindate, QDate(2026, 11, 22));
+            QVERIFY(r.unique && !r.matched && r.prevIndex == -1 && r.scanIndex == -1);
+        }
+    }
+
+    void rowAreaAndMalformedRows()
+    {
+        const QString row72 = statusRow({.name = u"Abc"_s});
+        const QStringList two{u"1 \"a\""_s, u"2 \"b\""_s};
+        // the area (-1, 0, or 1 for one found), the rows parsed, the map; or the fatal report
+        const QList<QPair<QString, QString>> cases{
+            {statusReply(u"mohdm1"_s, rows(2)), u"1 2 mohdm1"_s},
+            {statusReply(u"mohdm1"_s, {}), u"0 - old"_s},
+            {statusReply(u"mohdm1"_s, rows(3)).chopped(4), u"1 2 mohdm1"_s}, // the last row without its line end
+            {u"status\r\n===============\r\n"_s, u"-1 - old"_s},
+            {u"status\r\n"_s + QString(135, u'x'), u"-1 - old"_s},
+            {u"status\r\n"_s + QString(136, u'x'), u"1 0 "_s},
+            {getStatusReply(info, two), u"1 2 dm/mohdm6"_s},
+            {getStatusReply(info, {}), u"1 0 dm/mohdm6"_s},
+            {u"getStatus\r\n==================\r\n"_s, u"1 0 "_s},
+            {getStatusReply(u"\\mapname\\dm/mohdm6\\g\\1"_s, {}), u"1 0 "_s},  // the mark within the first six
+            {getStatusReply(u"\\sv\\T\\mapname\\dm/mohdm6"_s, {}), u"1 0 "_s}, // no mark behind the value
+            {statusReply(u"m"_s, {row72.mid(17)}), u"1 1 m"_s},
+            {statusReply(u"m"_s, {row72.mid(18)}), u"ParseScores"_s},
+            {statusReply(u"m"_s, rows(256)), u"1 256 m"_s},
+            {statusReply(u"m"_s, rows(257)), u"ParseScores"_s},
+            {getStatusReply(info, {u"48 "_s}), u"ParseScores"_s},
+            {getStatusReply(info, {u"48 \""_s}), u"ParseScores"_s}};
+        for (const auto &[text, expected] : cases) {
+            EngineWorld w;
+            w.engine.stats.map = u"old"_s;
+            w.engine.players().scanCount = -7; // only ParseScores may touch it
+            QString got;
+            const QString fatal = fatalOf(w, [&] {
+                const qint32 area = parse(w.engine, text);
+                const qint32 count = w.engine.players().scanCount;
+                got = u"%1 %2 %3"_s.arg(area > 0 ? 1 : area).arg(count < 0 ? u"-"_s : QString::number(count), w.engine.stats.map);
+            });
+            QCOMPARE(fatal.isEmpty() ? got : fatal, expected);
+        }
+    }
+
+    void mapSequence()
+    {
+        // Every change of text counts once, one reply late; a reply with no map mark empties it.
+        const QString steps[][2] = {
+            {u"status\r\n==\r\nmap: A\r\n"_s, u"A||0"_s},          {u"status\r\n==\r\nmap: A\r\n"_s, u"A|A|1"_s},
+            {u"status\r\n==\r\nnum score\r\n"_s, u"|A|1"_s},      {u"\\gt\\12\\mapname\\A\\x"_s, u"A||2"_s},
+            {u"status\r\n==\r\nmap: A\r\n"_s, u"A|A|3"_s},         {u"status\r\n==\r\nmap: B\r\n"_s, u"B|A|3"_s},
+            {u"status\r\n==\r\nmap: B\r"_s, u"|B|3"_s}, // a closing mark as last character does not count
+        };
+        EngineWorld w;
+        const Stats &s = w.engine.stats;
+        for (const auto &[text, expected] : steps) {
+            w.engine.parser().GetMapName(text, text.startsWith(u"status"_s) ? u"status"_s : u"getStatus"_s);
+            QCOMPARE(s.map + u'|' + s.prevmap + u'|' + QString::number(s.totalmaps), expected);
+        }
+        QCOMPARE(w.engine.parser().GetRow(u"ab\r\ncd\r\n"_s, 5), u"cd"_s);
+        QCOMPARE(fatalOf(w, [&] { w.engine.parser().GetRow(u"ab\r\n"_s, 0); }), u"GetRow"_s);
+    }
+
+    // Per merged row: "new", or "p<j>" for previous record j, with "reset" when warn, status
+    // and kicktime start over and "fresh" when nametime is the scan's own.
+    void matching()
+    {
+        const QString kicked = u"1 Bob 1.1.1.1:100 !"_s;
+        const QList<std::tuple<QString, QString, QString>> cases{
+            {u"1 Bob 1.1.1.1:100"_s, u"1 Robert 1.1.1.1:100"_s, u"p1 fresh"_s},
+            {kicked, u"1 Bob 1.1.1.1:100"_s, u"p1"_s},
+            {kicked, u"4 Bob 1.1.1.1:100"_s, u"p1 reset"_s}, // a reconnect onto another slot
+            {kicked, u"1 Bob 1.1.1.1:101"_s, u"p1"_s},
+            {kicked, u"1 Carl 1.1.1.1:101"_s, u"new"_s}, // same address, other port
+            {kicked, u"1 Carl 1.1.1.2:100"_s, u"new"_s}, // same port, other address
+            {kicked, u"- bob -"_s, u"new"_s},            // a name that differs in case
+            {kicked, u"- Bob -"_s, u"p1 reset"_s},
+            {u"1 Bob 1.1.1.1:1,2 Ann 2.2.2.2:2"_s, u"1 Ann 1.1.1.1:1"_s, u"p1 fresh"_s},
+            {u"1 X 1.1.1.1:1,2 X 2.2.2.2:2 !"_s, u"2 X 2.2.2.2:2,1 X 1.1.1.1:1"_s, u"p2,p1"_s},
+            {u"- Bob -"_s, u"- Robert -"_s, u"new"_s},
+            {u"- Robert -"_s, u"2 Robert 1.1.1.1:100"_s, u"p1"_s},
+            {u"- Bob -,- Bob -"_s, u"- Bob -"_s, u"new"_s},
+            {u"1 X 1.1.1.1:1 !,2 A 2.2.2.2:2,3 X 3.3.3.3:3"_s, u"- X -,- A -,- X -"_s, u"p1,p2,p3"_s},
+            {u"- A -,- X -,- A -,- X -"_s, u"- A -,- X -,- C -,- X -"_s, u"new,p4,new,new"_s},
+            {u"- A -,- X -,- B -,- X -"_s, u"- A -,- X -,- B -,- A -,- X -"_s, u"p1,p2,p3,new,new"_s},
+            {u"- X -,- B -,- X -"_s, u"- X -,- X -"_s, u"new,new"_s},
+            {QString(), u"1 A 1.1.1.1:1,- B -,- A -"_s, u"new,new,new"_s}};
+        for (const auto &[previous, scan, expected] : cases) {
+            EngineWorld w;
+            w.engine.stats.totalplayers = 10;
+            load(w.engine.players(), list(previous), list(scan));
+            w.engine.merge().CopyPlayers();
+            const QStringList merged = list(expected);
+            QCOMPARE(w.engine.players().currentCount, merged.size());
+            QCOMPARE(w.engine.stats.players, merged.size());
+            QCOMPARE(w.engine.stats.totalplayers, 10 + merged.count(u"new"_s));
+            for (int k = 1; k <= merged.size(); ++k) {
+                const PlayerRecord &r = w.engine.players().currentPlayers[k];
+                const QStringList how = merged.at(k - 1).split(u' ');
+                const int j = how.first().mid(1).toInt(); // 0 for a new player
+                const bool warned = j > 0 && !how.contains(u"reset"_s);
+                const bool kept = warned && record(list(previous).at(j - 1)).status != u"Ok";
+                QCOMPARE(r.name, record(list(scan).at(k - 1)).name);
+                QCOMPARE(r.jointime, j > 0 ? j / 100.0 : 0.5);
+                QCOMPARE(r.nametime, j > 0 && !how.contains(u"fresh"_s) ? j / 100.0 + 0.001 : 0.5);
+                QCOMPARE(r.warn, warned ? j : 0);
+                QCOMPARE(r.status, kept ? u"Kicked (Ping)"_s : u"Ok"_s);
+                QCOMPARE(r.kicktime, kept ? j / 100.0 + 0.002 : 0);
+            }
+        }
+    }
+
+    void cheapScanBorrowsAndFailsWhole()
+    {
+        EngineWorld w;
+        PlayerState &p = w.engine.players();
+        load(p, {u"3 Bob 1.1.1.1:100"_s, u"7 Ann 2.2.2.2:200"_s}, {u"- Ann -"_s, u"- Bob -"_s});
+        p.scanPlayers[1].ping = u"33"_s;
+        w.engine.merge().CopyPlayers();
+        const PlayerRecord &r = p.currentPlayers[1];
+        QCOMPARE(QStringList({r.num, r.name, r.ping, r.score, r.ip, r.port, r.qport, r.rate, r.lastmsg}).join(u'|'),
+                 u"7|Ann|33|70|2.2.2.2|200|70|70|70"_s);
+        // Only names equal to the letter make a cheap scan useless.
+        QStringList same;
+        for (const QString &names : {u"- a -"_s, u"- Bob -,- bob -,- BOB -"_s, u"- Bob -,- Ann -,- Bob -"_s}) {
+            load(p, {}, list(names));
+            p.scanPlayers[p.scanCount + 1].name = u"a"_s; // behind the count: not read
+            same << QString::number(w.engine.merge().SameNames());
+        }
+        QCOMPARE(same.join(u' '), u"0 0 1"_s);
+        p.scanCount = 257;
+        QCOMPARE(fatalOf(w, [&] { w.engine.merge().CopyPlayers(); }), u"CopyPlayers"_s);
+    }
+
+    void pingFigures()
+    {
+        const QList<QPair<QString, QString>> cases{ // lblPing|lblPing2
+            {QString(), u"Ping (L/H): 999 / 0|Ping (Avg/999): 0 / 0"_s},
+            {u"999,999,999"_s, u"Ping (L/H): 999 / 0|Ping (Avg/999): 0 / 3"_s},
+            {u"ZMBI,40,60"_s, u"Ping (L/H): 40 / 60|Ping (Avg/999): 50 / 0"_s},
+            {u"999,20,----"_s, u"Ping (L/H): 20 / 20|Ping (Avg/999): 20 / 1"_s},
+            {u"50,51"_s, u"Ping (L/H): 50 / 51|Ping (Avg/999): 50 / 0"_s}, // halves to even
+            {u"51,52"_s, u"Ping (L/H): 51 / 52|Ping (Avg/999): 52 / 0"_s},
+            {u"1000,32767"_s, u"Ping (L/H): 999 / 32767|Ping (Avg/999): 16884 / 0"_s},
+            {u"32768,30"_s, u"Ping (L/H): 30 / 30|Ping (Avg/999): 30 / 0"_s}};
+        for (const auto &[pings, labels] : cases) {
+            EngineWorld w;
+            PlayerState &p = w.engine.players();
+            const QStringList ping = list(pings);
+            for (int i = 1; i <= ping.size(); ++i)
+                p.currentPlayers[i].ping = ping.at(i - 1);
+            p.currentPlayers[static_cast<qint32>(ping.size()) + 1].ping = u"1"_s; // behind the count
+            p.currentCount = static_cast<qint32>(ping.size());
+            w.engine.stats.avgping = 77;
+            w.engine.grid().RefreshGrid();
+            QCOMPARE(w.view.labels.value(View::Label::lblPing) + u'|' + w.view.labels.value(View::Label::lblPing2), labels);
+            QCOMPARE(w.engine.stats.avgping, labels.section(u' ', -3, -3).toInt());
+        }
+    }
+
+    void gridRowsAndWidths()
+    {
+        EngineWorld w;
+        Engine &e = w.engine;
+        e.settings.PingPasses = 3;
+        e.stats.players = 2, e.stats.totalplayers = 9, e.stats.map = u"obj/obj_team1"_s, e.stats.totalmaps = 4;
+        e.grid().RefreshGrid();
+        QCOMPARE(w.view.grid.columnWidths, (QList<qint32>{500, 950, 500, 550, 950, 1000, 550, 550}));
+        QCOMPARE(w.view.grid.rows.size(), 2);
+        PlayerRecord &a = e.players().currentPlayers[1];
+        a.num = u"4"_s, a.name = u"Some Player"_s, a.ping = u"48"_s, a.score = u"12"_s, a.ip = u"192.0.2.7"_s;
+        a.jointime = 43211.0 / 86400, a.status = u"Kicked (Ping)"_s, a.warn = 2; // as the clock gives 12:00:11
+        PlayerRecord &b = e.players().currentPlayers[2];
+        b.num = b.score = b.ip = unknownField();
+        b.name = u"Al"_s, b.ping = u"ZMBI"_s, b.status = u"Ok"_s, b.jointime = 43200.6 / 86400;
+        e.players().currentCount = 2;
+        e.grid().RefreshGrid();
+        const GridView &g = w.view.grid;
+        QCOMPARE(g.header.join(u' '), u"Client Name Ping Score IP Joined Status Warn"_s);
+        QCOMPARE(g.rows.size(), 4);
+        QCOMPARE(g.rows.at(0).cells.join(u'|'), u"4|Some Player|48|12|192.0.2.7|12:00:11|Kicked (Ping)|2/3"_s);
+        QCOMPARE(g.rows.at(1).cells.join(u'|'), u"----|Al|ZMBI|----|----|12:00:00|Ok|0/3"_s); // cut to the second
+        QCOMPARE(g.rows.at(3).cells.join(QString()), QString());
+        QCOMPARE((QList<qint32>{g.rows.at(0).playerNumber, g.rows.at(1).playerNumber, g.rows.at(3).playerNumber}),
+                 (QList<qint32>{1, 2, 0}));
+        QCOMPARE(g.columnWidths, (QList<qint32>{500, 1100, 500, 550, 900, 1000, 550, 550}));
+        QCOMPARE(w.view.labels.value(View::Label::lblPlayers), u"Players (C/T): 2 / 9"_s);
+        QCOMPARE(w.view.labels.value(View::Label::lblMap), u"Map (C/T): obj/obj_team1 / 4"_s);
+        a.ip = unknownField(); // a narrow column shrinks below its base width
+        e.grid().RefreshGrid();
+        QCOMPARE(w.view.grid.columnWidths.at(4), 400);
+    }
+
+    void statusFillsGridAndPanel()
+    {
+        Rig rig;
+        rig.sim.addPlayer(player("^1Red^7Baron", 48, "192.0.2.7", 12203, 12));
+        SimPlayer quint = player("Harrowgate_Quint", 999, "198.51.100.4", 27960, -2); // fills its column
+        quint.lastmsg = 1234567;
+        rig.sim.addPlayer(quint);
+        SimPlayer zombie = player("Zed", 0, "203.0.113.9", 1024);
+        zombie.state = SimPlayer::State::Zombie;
+        rig.sim.addPlayer(zombie);
+        rig.sim.addPlayer(player("Quick", 51, "203.0.113.10", 1025, 3));
+
+        rig.w.engine.mnuStatus_Click();
+        // The reply as the server laid it out, cleaned, behind the echo.
+        QVERIFY(rig.w.engine.pane().text().endsWith(
+            u">status\r\n===============\r\nmap: obj/obj_team2\r\n"
+            "num score ping name            lastmsg address               qport rate\r\n"
+            "--- ----- ---- --------------- ------- --------------------- ----- -----\r\n"
+            "  0    12   48 RedBaron          0 192.0.2.7:12203        1203 25000\r\n"
+            "  1    -2  999 Harrowgate_Quint1234567 198.51.100.4:27960     1960 25000\r\n"
+            "  2     0 ZMBI Zed                   0 203.0.113.9:1024       1024 25000\r\n"
+            "  3     3   51 Quick                 0 203.0.113.10:1025      1025 25000\r\n\r\n"_s));
+        QCOMPARE(rig.w.view.grid.rows.size(), 6); // four players and the two empty rows
+        QString first = rig.row(0);
+        QVERIFY2(first.section(u'|', 5, 5).startsWith(u"12:00:0"_s), qPrintable(first)); // a drain's seconds on
+        QCOMPARE(first.remove(u'|' + first.section(u'|', 5, 5)), u"0|RedBaron|48|12|192.0.2.7|Ok|0/3"_s);
+        QVERIFY(rig.row(1).startsWith(u"1|Harrowgate_Quint|999|-2|198.51.100.4|"_s));
+        QVERIFY(rig.row(2).startsWith(u"2|Zed|ZMBI|0|"_s));
+        QCOMPARE(rig.w.view.grid.rows.at(3).playerNumber, 4);
+        const auto label = [&](View::Label l) { return rig.w.view.labels.value(l); };
+        QCOMPARE(label(View::Label::lblPlayers), u"Players (C/T): 4 / 4"_s);
+        QCOMPARE(label(View::Label::lblPing), u"Ping (L/H): 48 / 51"_s);
+        QCOMPARE(label(View::Label::lblPing2), u"Ping (Avg/999): 50 / 1"_s);
+        QCOMPARE(label(View::Label::lblMap), u"Map (C/T): obj/obj_team2 / 0"_s);
+        QCOMPARE(rig.w.view.trayTip, u"Players:4/4\r\nMap:obj/obj_team2\r\nChecks:0\r\nKicks:0\r\nBans:0"_s);
+
+        // The next scan is read behind the newest echo and carries the players over.
+        rig.sim.removePlayer(2);
+        rig.w.engine.mnuStatus_Click();
+        QCOMPARE(rig.w.engine.players().currentCount, 3);
+        QVERIFY(rig.row(2).startsWith(u"3|Quick|51|"_s));
+        QCOMPARE(rig.w.engine.stats.totalplayers, 4);
+    }
+
+    // A long table comes in several datagrams; the pieces join without a seam.
+    void longReplyInSeveralDatagrams()
+    {
+        Rig rig;
+        for (int i = 0; i < 40; ++i)
+            rig.sim.addPlayer(player(qPrintable(u"Player%1"_s.arg(i)), 40, "192.0.2.1", quint16(2000 + i)));
+        QVERIFY(rig.sim.statusText().size() > 2 * SimServer::kMaxTextPerDatagram);
+        rig.w.engine.mnuStatus_Click();
+        QCOMPARE(rig.w.engine.players().currentCount, 40);
+        QVERIFY(rig.row(39).startsWith(u"39|Player39|40|0|192.0.2.1|"_s));
+    }
+
+    void cheapScanWithEqualNamesBecomesFull()
+    {
+        Rig rig;
+        rig.sim.addPlayer(player("Twin", 40, "192.0.2.1", 1001));
+        rig.sim.addPlayer(player("Twin", 60, "192.0.2.2", 1002));
+        QVERIFY(rig.w.engine.statusCycle().sendStatus(u"getStatus"_s));
+        const QString pane = rig.w.engine.pane().text();
+        const qsizetype notice = pane.indexOf(u"\r\nDetected impersonator - running a full status to trap IPs\r\n"_s);
+        QVERIFY(notice > pane.indexOf(u">getStatus"_s));
+        QVERIFY(pane.indexOf(u">status\r\n"_s) > notice);
+        QCOMPARE(rig.w.engine.players().currentPlayers[2].ip, u"192.0.2.2"_s);
+        // The cheap datagram went without the password, the full one with it.
+        QCOMPARE(rig.sent(), (QByteArrayList{"\xFF\xFF\xFF\xFF\x02getStatus", "\xFF\xFF\xFF\xFF\x02rcon pw status"}));
+    }
+
+    void noServerLeavesTheTable()
+    {
+        Rig rig;
+        rig.sim.addPlayer(player("Stays", 40, "192.0.2.1", 1001));
+        rig.w.engine.mnuStatus_Click();
+        rig.sim.close();
+        QVERIFY(!rig.w.engine.statusCycle().sendStatus(u"status"_s));
+        QCOMPARE(rig.w.engine.players().currentCount, 1);
+        QVERIFY(rig.w.engine.pane().text().endsWith(u"Warning: SendCommands timed out.\r\n"_s));
+    }
+
+    void checkAlternatesCommandsAndSkipsWhileWaiting()
+    {
+        Rig rig;
+        rig.sim.addPlayer(player("One", 40, "192.0.2.1", 1001));
+        rig.w.engine.settings.StatusInterval = 2;
+        rig.w.engine.TkCheck();
+        rig.w.engine.TkCheck();
+        rig.w.engine.waitingForServer = true;
+        rig.w.engine.TkCheck();
+        rig.w.engine.waitingForServer = false;
+        rig.w.engine.TkCheck();
+        QCOMPARE(rig.w.engine.stats.checks, 3);
+        QByteArrayList commands;
+        for (const QByteArray &d : rig.sent())
+            commands << d.mid(5);
+        QCOMPARE(commands, (QByteArrayList{"getStatus", "rcon pw status", "getStatus"}));
+        QVERIFY(!rig.w.engine.checkRunning);
+        QCOMPARE(rig.w.engine.players().currentCount, 1);
+    }
+};
+
+QTEST_GUILESS_MAIN(TestPlayers)
+#include "tst_players.moc"
