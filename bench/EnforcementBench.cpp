@@ -41,7 +41,7 @@ QString statusText(const std::vector<int> &order)
         row.rate = QString::fromLatin1(order[slot] == 42 ? "99999" : "25000");
         rows.append(ReplyText::statusRow(row));
     }
-    return ReplyText::replyText(status, ReplyText::rawStatus(QStringLiteral("obj/obj_team2"), rows));
+    return ReplyText::statusReply(QStringLiteral("obj/obj_team2"), rows);
 }
 
 // A word of letters that no "PLAYER n" holds.

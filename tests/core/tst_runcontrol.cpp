@@ -1,20 +1,29 @@
 // SPDX-License-Identifier: MIT
-// Form_Load, the run switch, the timers and the orderly stop on a headless window.
+// Form_Load, the run switch, the timers, the waits, the orderly stop and the fatal one, on a
+// headless window.
 #include "EngineWorld.h"
+#include "SimServer.h"
+#include "core/RuntimeError.h"
 #include "core/SettingsStore.h"
-#include "core/Text.h"
+#include "core/Waits.h"
 #include "link/CommandQueue.h"
 #include "link/RconLink.h"
 
 #include <QDir>
+#include <QRegularExpression>
 #include <QSettings>
 #include <QTest>
+#include <QTimer>
+
+using namespace Qt::StringLiterals;
 
 namespace {
+
 QSettings iniOf(const QString &app)
 {
     return QSettings(IniSettingsBackend::filePath(app), QSettings::IniFormat);
 }
+
 } // namespace
 
 class TestRunControl : public QObject
@@ -22,113 +31,130 @@ class TestRunControl : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void automaticStart_data()
-    {
-        QTest::addColumn<QString>("commandLine");
-        QTest::addColumn<bool>("starts");
-        QTest::newRow("-a") << "-a" << true;
-        QTest::newRow("/a") << "/a" << true;
-        QTest::newRow("-A between blanks") << "  -A  " << true;
-        QTest::newRow("-a and another word") << "-a -x" << false;
-        QTest::newRow("bare a") << "a" << false;
-        QTest::newRow("nothing") << "" << false;
-    }
-
     void automaticStart()
     {
-        QFETCH(QString, commandLine);
-        QFETCH(bool, starts);
-        EngineWorld w;
-        int statusRuns = 0;
-        w.engine.setStatusCommand([&] { ++statusRuns; });
-        w.engine.settings.LocalPort = 0;
-        w.engine.settings.SaveLog = true;
-        w.engine.settings.CheckInt = 1000;
-        w.engine.Form_Load(commandLine);
-        QCOMPARE(w.engine.engineRunning, starts);
-        QCOMPARE(statusRuns, starts ? 1 : 0);
-        QCOMPARE(w.engine.settings.CheckInt, 5000);
-        QCOMPARE(w.engine.timKickcheck.interval(), 5000);
-        QCOMPARE(w.engine.pane().text(), starts ? QStringLiteral("Automatic Startup\r\n") : QString());
-        w.clock.setSpeed(1000); // the stop waits a second for a late reply
-        w.engine.Form_Unload();
-        const QByteArray log = w.file(QStringLiteral("servlog.txt"));
-        const QByteArray cmd = Text::toWire(Text::trimBlanks(commandLine).toLower());
-        QVERIFY(log.contains("\r\n\r\nApplication started successfully\r\n...check interval 5000\r\n"
-                             "...announce interval 0\r\n...command line '" + cmd + "'\r\n\r\n"));
-        QCOMPARE(log.contains("Automatically starting TK check\r\n\r\n"), starts);
-        QCOMPARE(log.contains("[12:00:00]\r\nQuorvane started\r\n\r\n"), starts);
-        QCOMPARE(log.contains("[12:00:00]\r\nQuorvane stopped\r\n\r\n"), starts);
-        QVERIFY(log.contains("Shutting down and closing log.\r\n\r\n-----"));
-        // The raised interval is what the next save stores.
-        QCOMPARE(iniOf(SettingsStore::ownApp).value(QStringLiteral("Settings/CheckInt")).toString(),
-                 QStringLiteral("5000"));
+        const QList<std::tuple<QString, QByteArray, bool>> lines{{u"-a"_s, "-a", true}, {u"/a"_s, "/a", true},
+                                                                  {u"  -A  "_s, "-a", true}, {u"-a -x"_s, "-a -x", false},
+                                                                  {u"a"_s, "a", false}};
+        for (const auto &[commandLine, logged, starts] : lines) {
+            EngineWorld w;
+            int statusRuns = 0;
+            w.engine.setStatusCommand([&] { ++statusRuns; });
+            w.engine.settings.LocalPort = 0, w.engine.settings.SaveLog = true, w.engine.settings.CheckInt = 1000;
+            w.engine.Form_Load(commandLine);
+            QCOMPARE(w.engine.engineRunning, starts);
+            QCOMPARE(statusRuns, starts ? 1 : 0);
+            QCOMPARE(w.engine.timKickcheck.interval(), 5000);
+            QCOMPARE(w.engine.pane().text(), starts ? u"Automatic Startup\r\n"_s : QString());
+            const QByteArray log = w.file(u"servlog.txt"_s);
+            QCOMPARE(log.mid(log.indexOf("Application")),
+                     "Application started successfully\r\n...check interval 5000\r\n...announce interval 0\r\n"
+                     "...command line '" + logged + "'\r\n\r\n"
+                         + (starts ? "[12:00:00]\r\nQuorvane started\r\n\r\nAutomatically starting TK check\r\n\r\n" : ""));
+        }
+    }
+
+    // LocalPort binds up to 65535; beyond, below 0 or taken, the start is a fatal error.
+    void localPortBounds()
+    {
+        QUdpSocket holder;
+        QVERIFY(holder.bind(QHostAddress::AnyIPv4, 0, QAbstractSocket::DontShareAddress));
+        const QList<QPair<int, QString>> ports{{65535, QString()}, {65536, u"[6]: Overflow"_s},
+                                               {-1, u"[6]: Overflow"_s}, {holder.localPort(), u"[10008]: "_s}};
+        for (const auto &[port, fatal] : ports) {
+            EngineWorld w;
+            w.engine.settings.LocalPort = port;
+            w.engine.settings.SaveLog = true;
+            try {
+                w.engine.Form_Load(QString());
+                QVERIFY(fatal.isEmpty() && !w.engine.link().isClosed());
+                continue;
+            } catch (const FatalExit &) {
+            }
+            QVERIFY2(w.view.boxes.value(0).contains(u"\r\n\r\nError initializing application"_s + fatal), qPrintable(fatal));
+            QVERIFY(w.file(u"ErrLog.txt"_s).contains("\tAppMsg: Error initializing application\"\r\n"));
+            QVERIFY(w.file(u"servlog.txt"_s).isEmpty());
+            QVERIFY(!QFile::exists(IniSettingsBackend::filePath(SettingsStore::ownApp)));
+        }
     }
 
     void startAndStop()
     {
         EngineWorld w;
-        w.engine.settings.LocalPort = 0;
-        w.engine.settings.CheckInt = 12000;
-        w.engine.settings.SaveSettings = false;
+        w.engine.settings.LocalPort = 0, w.engine.settings.CheckInt = 12000, w.engine.settings.SaveSettings = false;
         w.engine.setStatusCommand([] {});
         w.engine.Form_Load(QString());
-        QVERIFY(!w.engine.timKickcheck.isActive());
+        QVERIFY(!w.engine.timKickcheck.isActive() && !w.engine.timProgress.isActive());
         w.engine.cmdStart_Click();
-        QVERIFY(w.engine.timKickcheck.isActive());
-        QVERIFY(w.engine.timProgress.isActive());
-        QCOMPARE(w.view.startCaption, QStringLiteral("Stop"));
-        QCOMPARE(w.view.progressMax, 12);
-        QCOMPARE(w.view.enabled.value(View::Control::mnuOptions), false);
+        QVERIFY(w.engine.timKickcheck.isActive() && w.engine.timProgress.isActive());
+        w.engine.timProgress_Timer();
+        w.engine.timProgress_Timer();
+        const auto state = [&] {
+            return u"%1 %2/%3 %4"_s.arg(w.view.startCaption).arg(w.view.progressValue).arg(w.view.progressMax)
+                .arg(int(w.view.enabled.value(View::Control::mnuOptions)));
+        };
+        QCOMPARE(state(), u"Stop 2/12 0"_s);
         // Only two keys reach the store with Save Settings unticked.
-        QCOMPARE(iniOf(SettingsStore::ownApp).allKeys(),
-                 (QStringList{QStringLiteral("Settings/RunBefore"), QStringLiteral("Settings/SaveSettings")}));
-        w.engine.timProgress_Timer();
-        w.engine.timProgress_Timer();
-        QCOMPARE(w.view.progressValue, 2);
+        QCOMPARE(iniOf(SettingsStore::ownApp).allKeys(), (QStringList{u"Settings/RunBefore"_s, u"Settings/SaveSettings"_s}));
         w.engine.cmdStart_Click();
-        QVERIFY(!w.engine.timKickcheck.isActive());
-        QVERIFY(!w.engine.timProgress.isActive());
+        QVERIFY(!w.engine.timKickcheck.isActive() && !w.engine.timProgress.isActive());
+        QCOMPARE(state(), u"Start 0/12 1"_s);
         QCOMPARE(w.engine.intProgressCheck, 0);
-        QCOMPARE(w.view.progressValue, 0);
-        QCOMPARE(w.view.startCaption, QStringLiteral("Start"));
-        QCOMPARE(w.view.enabled.value(View::Control::mnuOptions), true);
     }
 
-    void tickRunsOneCheckAndResetsTheBar()
+    // A run as a service does it: started by -a, two checks on the real timer against the
+    // simulated server, the first of which finds the server empty, then the orderly stop.
+    void checksGoOnAfterAFailedStatus()
     {
-        EngineWorld w;
-        w.engine.settings.LocalPort = 0;
-        w.engine.Form_Load(QString());
-        w.engine.setStatusCommand([] {});
-        int checks = 0;
-        int nestedTicks = 0;
-        w.engine.setCheckCycle([&] {
-            ++checks;
-            QVERIFY(w.view.trayFlashing);
-            QCOMPARE(w.view.enabled.value(View::Control::cmdKick), false);
-            QCOMPARE(w.view.progressValue, w.view.progressMax);
-            QVERIFY(!w.engine.timProgress.isActive());
-            // A tick that comes during a check runs no second check.
-            w.engine.checkRunning = true;
-            if (nestedTicks++ == 0)
-                w.engine.timKickcheck_Timer();
-            w.engine.checkRunning = false;
+        SimServer sim;
+        sim.setPassword("pw");
+        QVERIFY(sim.listen());
+        EngineWorld w(25);
+        Engine &e = w.engine;
+        e.LoadSettings(SettingsStore::ownApp);
+        Settings &s = e.settings;
+        s.LocalPort = 0, s.SaveLog = s.LogBrief = true, s.CheckInt = 5000, s.StatusInterval = 1;
+        s.Host = u"127.0.0.1"_s, s.Port = sim.port(), s.Pwd = u"pw"_s;
+        QString during; // the window while a check waits for its reply
+        connect(&sim, &SimServer::datagramReceived, this, [&] {
+            if (e.checkRunning && during.isEmpty())
+                during = u"%1 %2 %3/%4"_s.arg(int(w.view.trayFlashing)).arg(int(w.view.enabled.value(View::Control::cmdKick)))
+                             .arg(w.view.progressValue).arg(w.view.progressMax);
         });
-        w.engine.cmdStart_Click();
-        w.engine.timProgress_Timer();
-        w.engine.timKickcheck_Timer();
-        QCOMPARE(checks, 1);
-        QCOMPARE(w.view.progressValue, 0);
-        QCOMPARE(w.engine.intProgressCheck, 0);
-        QVERIFY(w.engine.timProgress.isActive());
-        QVERIFY(!w.view.trayFlashing);
-        QCOMPARE(w.view.enabled.value(View::Control::mnuOther), true);
-        QCOMPARE(w.engine.pane().text().count(QStringLiteral("\r\nRunning a TK check.....\r\n")), 2);
-        // Stop pressed during a check leaves the bar's timer off.
-        w.engine.setCheckCycle([&] { w.engine.cmdStart_Click(); });
-        w.engine.timKickcheck_Timer();
-        QVERIFY(!w.engine.timProgress.isActive());
+        connect(&e.timKickcheck, &Ticker::tick, this, [&] { // behind the engine's own handler
+            if (e.stats.checks == 1) {
+                SimPlayer bob;
+                bob.name = "Bob";
+                sim.addPlayer(bob);
+            } else if (e.stats.checks == 2) {
+                w.view.state = 2; // maximised meanwhile
+                e.Form_Unload();
+            }
+        });
+        e.Form_Load(u"-a"_s);
+        // The status of Start found nobody: the grid is drawn all the same.
+        QCOMPARE(w.view.gridShows, 1);
+        QCOMPARE(w.view.labels.value(View::Label::lblPing), u"Ping (L/H): 999 / 0"_s);
+        QTRY_VERIFY_WITH_TIMEOUT(e.unloaded(), 10000);
+
+        QCOMPARE(during, u"1 0 5/5"_s);
+        QVERIFY(!w.view.trayFlashing && w.view.enabled.value(View::Control::cmdKick));
+        QCOMPARE(w.view.grid.rows.at(0).cells.at(1), u"Bob"_s);
+        const QByteArray rule(52, '-');
+        const QByteArray expected = rule + "\r\nLogging Started on 2026-11-22 at hh:mm:ss\r\n" + rule + "\r\n\r\n"
+            "Application started successfully\r\n...check interval 5000\r\n...announce interval 0\r\n"
+            "...command line '-a'\r\n\r\n[hh:mm:ss]\r\nQuorvane started\r\n\r\nstatus\r\n\r\n"
+            "Automatically starting TK check\r\n\r\n[hh:mm:ss]\r\nRunning a TK check.\r\n\r\nstatus\r\n\r\n"
+            "...couldn't get good status for TK check.\r\n\r\n[hh:mm:ss]\r\nRunning a TK check.\r\n\r\nstatus\r\n\r\n"
+            "[hh:mm:ss]\r\nQuorvane stopped\r\n\r\nShutting down and closing log.\r\n\r\n"
+            + rule + "\r\nLogging Completed on 2026-11-22 at hh:mm:ss\r\nServer Stats:\r\n"
+            "  - Quorvane started on 2026-11-22 at hh:mm:ss.\r\n  - Hosted 1 total players.\r\n  - Ran 0 maps total.\r\n"
+            "  - Ran 2 total checks.\r\n  - Banned 0 players.\r\n  - Kicked 0 banned players.\r\n"
+            "  - Kicked 0 players for high ping.\r\n  - Kicked 0 players for TKs.\r\n"
+            "  - Closed while on obj/obj_team1 map.\r\n  - Closed with 1 players on the server.\r\n" + rule + "\r\n";
+        QString log = QString::fromLatin1(w.file(u"servlog.txt"_s));
+        QCOMPARE(log.replace(QRegularExpression(u"\\d\\d:\\d\\d:\\d\\d"_s), u"hh:mm:ss"_s).toLatin1(), expected);
+        QCOMPARE(iniOf(SettingsStore::ownApp).value(u"Settings/WinState"_s).toString(), u"2"_s);
     }
 
     // A check that outlasts the interval: every tick that falls inside it still reaches
@@ -148,7 +174,7 @@ private Q_SLOTS:
         w.engine.setCheckCycle([&] {
             ++cycles;
             w.engine.checkCycle().TkCheck(); // 21 clock seconds: four more ticks fall inside
-            linesAtEnd = w.engine.pane().text().count(QStringLiteral("\r\nRunning a TK check.....\r\n"));
+            linesAtEnd = w.engine.pane().text().count(u"\r\nRunning a TK check.....\r\n"_s);
             w.engine.cmdStart_Click(); // Stop, from inside the tick
         });
         w.engine.cmdStart_Click();
@@ -159,113 +185,95 @@ private Q_SLOTS:
         QVERIFY(!w.engine.timProgress.isActive());
     }
 
-    void portTakenIsFatalAtLoad()
-    {
-        EngineWorld first;
-        first.engine.settings.LocalPort = 0;
-        first.engine.Form_Load(QString());
-        QUdpSocket probe;
-        QVERIFY(probe.bind(QHostAddress::AnyIPv4, 0, QAbstractSocket::DontShareAddress));
-        EngineWorld w;
-        w.engine.settings.LocalPort = probe.localPort();
-        w.engine.settings.SaveLog = true;
-        QVERIFY_THROWS_EXCEPTION(FatalExit, w.engine.Form_Load(QStringLiteral("-a")));
-        QVERIFY(w.file(QStringLiteral("ErrLog.txt")).contains("\tAppMsg: Error initializing application\"\r\n"));
-        QVERIFY(w.file(QStringLiteral("servlog.txt")).isEmpty());
-        QCOMPARE(w.view.boxes.size(), 1);
-        QVERIFY(!QFile::exists(IniSettingsBackend::filePath(SettingsStore::ownApp)));
-    }
-
-    void unloadInsideAPauseStopsTheCycle()
-    {
-        EngineWorld w(40);
-        Peer peer;
-        w.engine.settings.LocalPort = 0;
-        w.engine.settings.SaveLog = true;
-        w.engine.settings.Host = QStringLiteral("127.0.0.1");
-        w.engine.Form_Load(QString());
-        w.pointAt(peer.socket.localPort());
-        w.engine.setStatusCommand([] {});
-        w.engine.cmdStart_Click();
-        CommandQueue &q = w.engine.queue();
-        q.AddSrvCmd(QStringLiteral("one"), true);
-        q.AddSrvCmd(QStringLiteral("two"), true);
-        q.AddSrvCmd(QStringLiteral("three"), true);
-        int finished = 0;
-        connect(&w.engine, &Engine::finished, this, [&] { ++finished; });
-        // The window closes while the drain waits for the first reply, which never comes.
-        peer.answerWith([&](const QByteArray &) {
-            w.engine.Form_Unload();
-            return QList<QByteArray>{};
-        });
-        q.SendCommands();
-        QCOMPARE(finished, 1);
-        QVERIFY(w.engine.unloaded());
-        QVERIFY(w.engine.link().isClosed());
-        QVERIFY(!w.engine.engineRunning);
-        QCOMPARE(q.srvqueueTop, -1);
-        // One datagram before the close, nothing after it; the log ends with its tail.
-        QTest::qWait(50);
-        QCOMPARE(peer.received.size(), 1);
-        QVERIFY(peer.received.first().endsWith("one"));
-        const QByteArray log = w.file(QStringLiteral("servlog.txt"));
-        QVERIFY(log.endsWith(QByteArray(52, '-') + "\r\n"));
-        QVERIFY(!log.contains("two"));
-        QCOMPARE(w.engine.pane().text().count(QStringLiteral("Warning")), 0);
-        // A second close does nothing.
-        w.engine.Form_Unload();
-        QCOMPARE(finished, 1);
-    }
-
-    void firstRunTakesOverPreviousSettings_data()
-    {
-        QTest::addColumn<bool>("runBefore");
-        QTest::addColumn<bool>("previous");
-        QTest::addColumn<bool>("answer");
-        QTest::addColumn<int>("questions");
-        QTest::addColumn<QString>("host");
-        QTest::newRow("taken over") << false << true << true << 1 << "192.0.2.9";
-        QTest::newRow("declined") << false << true << false << 1 << "000.000.000.000";
-        QTest::newRow("no previous version") << false << false << true << 0 << "000.000.000.000";
-        QTest::newRow("not the first run") << true << true << true << 0 << "000.000.000.000";
-    }
-
+    // A previous version's settings: declined, taken over with its lists, then never asked again.
     void firstRunTakesOverPreviousSettings()
     {
-        QFETCH(bool, runBefore);
-        QFETCH(bool, previous);
-        QFETCH(bool, answer);
-        QFETCH(int, questions);
-        QFETCH(QString, host);
         EngineWorld w;
-        // The old folder's lists follow, in table form, behind what the new folder holds.
-        const QString oldPlace = w.env.root() + QStringLiteral("/old/");
+        const QString oldPlace = w.env.root() + u"/old/"_s;
         QDir().mkpath(oldPlace);
-        TestEnv::writeFile(oldPlace + QStringLiteral("badnames.txt"), "Mixed\r\n \r\n");
-        TestEnv::writeFile(w.env.workDir() + QStringLiteral("badnames.txt"), "KEPT\r\n");
-        if (previous) {
-            QSettings old = iniOf(SettingsStore::previousApp);
-            old.setValue(QStringLiteral("Settings/FileLoc"), oldPlace);
-            old.setValue(QStringLiteral("Settings/Host"), QStringLiteral("192.0.2.9"));
+        TestEnv::writeFile(oldPlace + u"badnames.txt"_s, "Mixed\r\n \r\n");
+        TestEnv::writeFile(w.env.workDir() + u"badnames.txt"_s, "KEPT\r\n");
+        QSettings old = iniOf(SettingsStore::previousApp);
+        old.setValue(u"Settings/FileLoc"_s, oldPlace);
+        old.setValue(u"Settings/Host"_s, u"192.0.2.9"_s);
+        old.sync();
+        QStringList seen;
+        for (const bool answer : {false, true, true}) {
+            w.view.answers = {answer};
+            w.engine.FirstRunCheck();
+            w.engine.LoadSettings(SettingsStore::ownApp);
+            seen << QString::number(w.view.questions.size()) + u' ' + w.engine.settings.Host;
         }
-        if (runBefore)
-            iniOf(SettingsStore::ownApp).setValue(QStringLiteral("Settings/RunBefore"), QStringLiteral("1"));
-        w.view.answers = {answer};
-        int copies = 0;
-        connect(&w.engine, &Engine::listsToCopy, this, [&] { ++copies; });
-        w.engine.FirstRunCheck();
-        w.engine.LoadSettings(SettingsStore::ownApp);
-        QCOMPARE(w.view.questions.size(), questions);
-        QCOMPARE(w.engine.settings.Host, host);
-        const bool tookOver = host != u"000.000.000.000";
-        QCOMPARE(copies, tookOver ? 1 : 0);
-        if (tookOver) {
-            QCOMPARE(w.engine.settings.FileLoc, w.env.workDir());
-            QCOMPARE(w.file(QStringLiteral("badnames.txt")), QByteArray("KEPT\r\nMIXED\r\n"));
-            QCOMPARE(w.engine.lists().badNameTop(), 1);
-            QCOMPARE(iniOf(SettingsStore::ownApp).value(QStringLiteral("Settings/RunBefore")).toString(),
-                     QStringLiteral("1"));
+        QCOMPARE(seen, (QStringList{u"1 000.000.000.000"_s, u"2 192.0.2.9"_s, u"2 192.0.2.9"_s}));
+        QCOMPARE(w.engine.settings.FileLoc, w.env.workDir());
+        // The old folder's lists follow, in table form, behind what the new folder holds.
+        QCOMPARE(w.file(u"badnames.txt"_s), "KEPT\r\nMIXED\r\n"_ba);
+    }
+
+    void waits()
+    {
+        FakeClock clock;
+        bool ran = false;
+        QTimer pending; // goes with the test, so it never fires into a later one
+        pending.setSingleShot(true);
+        connect(&pending, &QTimer::timeout, this, [&] { ran = true; });
+        pending.start(0);
+        Pause(clock, 0);
+        Pause(clock, -2);
+        PauseNoEvents(clock, 2.5);
+        QVERIFY(!ran);
+        QVERIFY(clock.now() > QDateTime(QDate(2026, 11, 22), QTime(12, 0, 2, 500)));
+        QTimer steps; // a quarter second at every turn of the event loop
+        connect(&steps, &QTimer::timeout, this, [&clock] { clock.jump(0.25); });
+        steps.start(1);
+        Pause(clock, 1.0);
+        QVERIFY(ran);
+        QVERIFY(clock.now() >= QDateTime(QDate(2026, 11, 22), QTime(12, 0, 3, 500)));
+        // Past midnight the seconds start from 0 again; the wait begins anew from there.
+        clock.setNow(QDateTime(QDate(2026, 11, 22), QTime(23, 59, 59, 500)));
+        Pause(clock, 1.0);
+        QVERIFY(clock.timeNow() >= QTime(0, 0, 1));
+    }
+
+    void errorRecords()
+    {
+        EngineWorld w;
+        w.clock.setNow(QDateTime(QDate(2026, 11, 22), QTime(21, 5, 9)));
+        try {
+            throw RuntimeError(RuntimeError::SendFailed, u"Network unreachable"_s, u"UDPClient"_s, 101);
+        } catch (...) {
+            w.engine.errors().ReportError(false, u"Error appending \"x\" to banned.txt"_s);
         }
+        QVERIFY(w.view.boxes.isEmpty());
+        const QByteArray one = "\"[2026-11-22 21:05:09] - Error 126: Network unreachable\r\n\tCalling Function: UDPClient\r\n"
+                               "\tLast DLL: 101\r\n\tSource: UDPClient\r\n\tAppMsg: Error appending \"x\" to banned.txt\"\r\n";
+        QCOMPARE(w.file(u"ErrLog.txt"_s), one);
+        // Fatal: a second record behind the first, then the box, then the end.
+        try {
+            throw RuntimeError(RuntimeError::InvalidCall, u"Invalid procedure call or argument"_s);
+        } catch (...) {
+            QVERIFY_THROWS_EXCEPTION(FatalExit, w.engine.errors().ReportError(true, u"ParseScores"_s));
+        }
+        QVERIFY(w.file(u"ErrLog.txt"_s).startsWith(one + "\"[2026-11-22 21:05:09] - Error 5: Invalid procedure call or "
+                                                         "argument\r\n\tCalling Function: Quorvane\r\n"));
+        QCOMPARE(w.view.boxes, QStringList{u"Quorvane has encountered an error and will shut down.\r\n\r\n"
+                                           "ParseScores[5]: Invalid procedure call or argument"_s});
+    }
+
+    // Neither a log that cannot be opened nor an ErrLog.txt that cannot be written lets the program go on.
+    void unwritableFolders()
+    {
+        EngineWorld w;
+        w.engine.settings.FileLoc = w.env.workDir() + u"missing/"_s;
+        QVERIFY_THROWS_EXCEPTION(FatalExit, w.engine.log().OpenLog());
+        QVERIFY(w.view.boxes.value(0).contains(u"\r\n\r\nError opening server log[75]: "_s));
+        w.engine.settings.FileLoc = u"/proc/no/such/dir/"_s;
+        try {
+            throw std::runtime_error("boom");
+        } catch (...) {
+            QVERIFY_THROWS_EXCEPTION(FatalExit, w.engine.errors().ReportError(true, u"CopyPlayers"_s));
+        }
+        QVERIFY(w.view.boxes.value(1).endsWith(u"CopyPlayers[51]: Internal error: boom"_s));
     }
 };
 

@@ -1,42 +1,50 @@
 // SPDX-License-Identifier: MIT
+// The settings block to and from the store: defaults, hand-edited values, a save read back.
 #include "FakeClock.h"
 #include "TestEnv.h"
 #include "core/Settings.h"
 #include "core/SettingsStore.h"
 #include "core/Stats.h"
 
-#include <QSettings>
+#include <QDir>
 #include <QTest>
+
+using namespace Qt::StringLiterals;
 
 namespace {
 
-// Remembers every write in order, for the order of a save.
-class RecordingBackend final : public SettingsBackend
+// Keeps every write of a save, in order, as "key=value".
+struct Recorder final : SettingsBackend
 {
-public:
     QStringList *writes;
-    QHash<QString, QString> values;
-    explicit RecordingBackend(QStringList *log) : writes(log) {}
-    QString read(const QString &app, const QString &key, const QString &fallback) override
-    {
-        return values.value(app + u'/' + key, fallback);
-    }
-    void write(const QString &app, const QString &key, const QString &value) override
-    {
-        writes->append(app + u'/' + key + u'=' + value);
-    }
+    explicit Recorder(QStringList *log) : writes(log) {}
+    QString read(const QString &, const QString &, const QString &fallback) override { return fallback; }
+    void write(const QString &, const QString &key, const QString &value) override { writes->append(key + u'=' + value); }
 };
 
-QString iniPath()
+QStringList saved(Settings &s, bool bAll = true)
 {
-    return IniSettingsBackend::filePath(SettingsStore::ownApp);
+    QStringList writes;
+    Stats stats;
+    FakeClock clock;
+    SettingsStore(s, stats, clock, std::make_unique<Recorder>(&writes)).StoreSettings(bAll);
+    return writes;
 }
 
-void writeIni(const QString &appName, const QList<QPair<QString, QString>> &values)
+// The block as read from the INI file that holds `ini`, or from none at all.
+Settings readFrom(const TestEnv &env, const QByteArray &ini = {})
 {
-    QSettings ini(IniSettingsBackend::filePath(appName), QSettings::IniFormat);
-    for (const auto &v : values)
-        ini.setValue(QStringLiteral("Settings/") + v.first, v.second);
+    if (!ini.isNull()) {
+        QDir().mkpath(env.configHome() + u"/quorvane"_s);
+        TestEnv::writeFile(IniSettingsBackend::filePath(SettingsStore::ownApp), ini);
+    }
+    SettingsStore::setProgramDirectoryForTesting(env.workDir());
+    Settings s;
+    s.CheckInt = 1, s.Host = u"x"_s; // whatever the block held before is read over
+    Stats stats;
+    FakeClock clock;
+    SettingsStore(s, stats, clock).readSettings(SettingsStore::ownApp);
+    return s;
 }
 
 } // namespace
@@ -46,138 +54,60 @@ class TestSettingsStore : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void init()
+    void emptyStoreGivesDefaultsSavedInOrder()
     {
-        env = std::make_unique<TestEnv>();
-        SettingsStore::setProgramDirectoryForTesting(env->workDir());
-    }
-    void cleanup() { env.reset(); }
-
-    void emptyStoreGivesDefaults()
-    {
-        Settings s;
-        s.CheckInt = 1;
-        s.Host = QStringLiteral("x");
-        Stats st;
-        FakeClock clock;
-        SettingsStore store(s, st, clock);
-        store.readSettings(SettingsStore::ownApp);
-        const Settings d;
-        QCOMPARE(s.CheckInt, d.CheckInt);
-        QCOMPARE(s.Host, QStringLiteral("000.000.000.000"));
-        QCOMPARE(s.CommandDelay, 1.0);
-        QCOMPARE(s.FileLoc, env->workDir());
-        QCOMPARE(store.readRunBefore(), 0);
+        TestEnv env;
+        Settings s = readFrom(env);
+        QCOMPARE(saved(s).join(u' '),
+                 u"SaveSettings=True RunBefore=1 Warn=False WarnTxt= TKLimit=-3 KickTK=False CheckInt=20000 Ban=False "
+                 "BanType=3 BanFor=10 BanDuration=0 NameCheck=False Host=000.000.000.000 Pwd= Port=12203 "
+                 "Persona=Clinical Voice=[Quorvane] intAnnouce=0 lngAnnounce=0 BanTime=0 FileLoc="_s
+                     + env.workDir()
+                     + u" SaveLog=False LogBrief=False ForceKick=False KickBanned=True KickTeleFrag=False KickPing=True "
+                       "MaxPing=750 PingPasses=3 TellPlayers=True LocalPort=1247 CommandDelay=1 QPort=False QPortMin=0 "
+                       "QPortMax=0 Rate=False RateMin=0 RateMax=0 SkipMap=True WinWidth=9240 WinHeight=7860 "
+                       "MsgRandom=True SysTray=True KickImpersonators=True StatusInterval=2 TellPause=0 WinState=0"_s);
+        s.SaveSettings = false;
+        QCOMPARE(saved(s, false), (QStringList{u"SaveSettings=False"_s, u"RunBefore=1"_s}));
     }
 
-    void valuesConvertOrFallBack_data()
+    // Each line alone in the file, then read as the next save writes it.
+    void handEditedValues()
     {
-        QTest::addColumn<QString>("key");
-        QTest::addColumn<QString>("stored");
-        QTest::addColumn<QString>("expected"); // as written back by a save
-
-        QTest::newRow("letters in a number") << "CheckInt" << "abc" << "20000";
-        QTest::newRow("number with blanks") << "CheckInt" << " 1000 " << "1000";
-        QTest::newRow("raised value is not corrected at load") << "CheckInt" << "1000" << "1000";
-        QTest::newRow("beyond 32 bits") << "Port" << "99999999999" << "12203";
-        QTest::newRow("half rounds to even") << "MaxPing" << "750.5" << "750";
-        QTest::newRow("bool words any case") << "KickPing" << "false" << "False";
-        QTest::newRow("bool from number") << "Warn" << "-1" << "True";
-        QTest::newRow("bool nonsense") << "TellPlayers" << "maybe" << "True";
-        QTest::newRow("delay shortest form") << "CommandDelay" << "1.0" << "1";
-        QTest::newRow("delay fraction") << "CommandDelay" << "0.25" << "0.25";
-        QTest::newRow("delay without exponent") << "CommandDelay" << "0.00001" << "0.00001";
-        QTest::newRow("delay letters") << "CommandDelay" << "fast" << "1";
-        QTest::newRow("FileLoc of blanks") << "FileLoc" << "   " << "<program>";
-        QTest::newRow("string with comma") << "WarnTxt" << "stop, now" << "stop, now";
-        QTest::newRow("high byte text") << "Voice" << QString::fromLatin1("[Qv\xE9]") << QString::fromLatin1("[Qv\xE9]");
-    }
-
-    void valuesConvertOrFallBack()
-    {
-        QFETCH(QString, key);
-        QFETCH(QString, stored);
-        QFETCH(QString, expected);
-        if (expected == u"<program>")
-            expected = env->workDir();
-        writeIni(SettingsStore::ownApp, {{key, stored}});
-
-        Settings s;
-        Stats st;
-        FakeClock clock;
-        {
-            SettingsStore store(s, st, clock);
-            store.readSettings(SettingsStore::ownApp);
-            store.StoreSettings(true);
+        const QList<QPair<QByteArray, QString>> cases{
+            {"Warn=true", u"Warn=True"_s}, {"KickPing=false", u"KickPing=False"_s}, {"SkipMap=0", u"SkipMap=False"_s},
+            {"TellPlayers=maybe", u"TellPlayers=True"_s}, {"CheckInt=abc", u"CheckInt=20000"_s},
+            {"CheckInt=1000", u"CheckInt=1000"_s}, // raised only at load
+            {"Port=2147483647", u"Port=2147483647"_s}, {"Port=2147483648", u"Port=12203"_s},
+            {"MaxPing=750.5", u"MaxPing=750"_s}, {"MaxPing=751.5", u"MaxPing=752"_s}, // halves to even
+            {"CommandDelay=1.0", u"CommandDelay=1"_s}, {"CommandDelay=0.00001", u"CommandDelay=0.00001"_s},
+            {"CommandDelay=fast", u"CommandDelay=1"_s}, {"Pwd=se,cret", u"Pwd=se,cret"_s},
+            {"WarnTxt=stop , now", u"WarnTxt=stop , now"_s}};
+        for (const auto &[line, read] : cases) {
+            TestEnv env;
+            // the same key in another section is no setting
+            Settings s = readFrom(env, "[Other]\n" + line.left(line.indexOf('=')) + "=no\n[Settings]\n" + line + "\n");
+            QVERIFY2(saved(s).contains(read), line.constData());
         }
-        QSettings ini(iniPath(), QSettings::IniFormat);
-        QCOMPARE(ini.value(QStringLiteral("Settings/") + key).toString(), expected);
     }
 
-    void roundTripKeepsEveryValue()
+    void saveReadsBack()
     {
+        TestEnv env;
         Settings s;
-        s.Warn = true;
-        s.WarnTxt = QStringLiteral("  spaced, \"quoted\" \\ text ");
-        s.TKLimit = -7;
-        s.CommandDelay = 0.1;
-        s.Host = QStringLiteral("192.0.2.7");
-        s.Pwd = QStringLiteral("p=w;d");
-        s.SaveLog = true;
-        s.WinState = 2;
-        s.Persona = QStringLiteral("Obnoxious");
-        Stats st;
+        s.WarnTxt = u"  a,\"b\" \\ c=d "_s, s.Pwd = u"p=w;d"_s, s.Voice = u"[Qv\u00e9]"_s;
+        s.TKLimit = -7, s.CommandDelay = 0.1, s.Warn = true;
+        Stats stats;
         FakeClock clock;
-        {
-            SettingsStore store(s, st, clock);
-            store.StoreSettings(true);
-        }
-        Settings back;
-        SettingsStore again(back, st, clock);
-        again.readSettings(SettingsStore::ownApp);
-        QCOMPARE(back.Warn, true);
-        QCOMPARE(back.WarnTxt, s.WarnTxt);
+        SettingsStore(s, stats, clock).StoreSettings(true);
+        const Settings back = readFrom(env);
+        QCOMPARE(back.WarnTxt, u"  a,\"b\" \\ c=d "_s);
+        QCOMPARE(back.Pwd, u"p=w;d"_s);
+        QCOMPARE(back.Voice, u"[Qv\u00e9]"_s);
         QCOMPARE(back.TKLimit, -7);
         QCOMPARE(back.CommandDelay, 0.1);
-        QCOMPARE(back.Host, s.Host);
-        QCOMPARE(back.Pwd, s.Pwd);
-        QCOMPARE(back.SaveLog, true);
-        QCOMPARE(back.WinState, 2);
-        QCOMPARE(back.Persona, s.Persona);
-        QCOMPARE(again.readRunBefore(), 1);
-        // The file is plain text with the words True and False.
-        const QByteArray file = TestEnv::readFile(iniPath());
-        QVERIFY(file.startsWith("[Settings]"));
-        QVERIFY(file.contains("\nWarn=True\n"));
-        QVERIFY(file.contains("\nKickTK=False\n"));
-        QVERIFY(file.contains("\nCommandDelay=0.1\n"));
+        QCOMPARE(back.Warn, true);
     }
-
-    void saveOrderAndPartialSave()
-    {
-        QStringList writes;
-        Settings s;
-        s.SaveSettings = false;
-        Stats st;
-        FakeClock clock;
-        SettingsStore store(s, st, clock, std::make_unique<RecordingBackend>(&writes));
-        store.StoreSettings(false);
-        QCOMPARE(writes, (QStringList{QStringLiteral("quorvane12/SaveSettings=False"),
-                                      QStringLiteral("quorvane12/RunBefore=1")}));
-        writes.clear();
-        store.StoreSettings(true);
-        QCOMPARE(writes.size(), 47);
-        const QStringList head = writes.mid(0, 6);
-        QCOMPARE(head, (QStringList{QStringLiteral("quorvane12/SaveSettings=False"),
-                                    QStringLiteral("quorvane12/RunBefore=1"), QStringLiteral("quorvane12/Warn=False"),
-                                    QStringLiteral("quorvane12/WarnTxt="), QStringLiteral("quorvane12/TKLimit=-3"),
-                                    QStringLiteral("quorvane12/KickTK=False")}));
-        QCOMPARE(writes.last(), QStringLiteral("quorvane12/WinState=0"));
-        QVERIFY(writes.contains(QStringLiteral("quorvane12/CommandDelay=1")));
-    }
-
-private:
-    std::unique_ptr<TestEnv> env;
 };
 
 QTEST_GUILESS_MAIN(TestSettingsStore)

@@ -1,36 +1,54 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <QString>
 #include <QStringList>
 
-// Replies as the pane holds them: a line end, the echo of the command, then the raw
-// server text through CleanReply.
+// Replies as the parser is handed them: from the echo's command word on, cleaned, with
+// CR LF line ends. Written out here rather than built with the link's codec.
 namespace ReplyText {
 
 struct StatusRow
 {
-    QString num = QStringLiteral("0");
-    QString score = QStringLiteral("0");
-    QString ping = QStringLiteral("48");
-    QString name;
-    QString lastmsg = QStringLiteral("0");
-    QString address = QStringLiteral("192.0.2.7:12203");
-    QString qport = QStringLiteral("12345");
-    QString rate = QStringLiteral("25000");
+    QString num = QStringLiteral("0"), score = QStringLiteral("0"), ping = QStringLiteral("48"), name;
+    QString lastmsg = QStringLiteral("0"), address = QStringLiteral("192.0.2.7:12203");
+    QString qport = QStringLiteral("12345"), rate = QStringLiteral("25000");
 };
 
-// One row in the server's layout, before cleaning; 72 characters for short names.
-QString statusRow(const StatusRow &row);
-// A row for player k: slot k, name "Player<k>", address 10.0.<k/256>.<k%256>:<27000+k>.
-StatusRow numberedRow(int k);
-// The raw text of a status reply: map line, head, dashes, rows, empty line.
-QString rawStatus(const QString &map, const QStringList &rows);
-// The raw text of a getStatus reply: its own head, the info string, "ping "name"" rows.
-QString rawGetStatus(const QString &info, const QStringList &rows);
-// What the pane holds after the echo of cmd and the cleaned reply.
-QString paneText(const QString &cmd, const QString &raw);
-// The pane text cut at the last echo of cmd, as the parser is handed it.
-QString replyText(const QString &cmd, const QString &raw);
+// One row in the server's layout: 72 characters for a name of up to 16.
+inline QString statusRow(const StatusRow &r)
+{
+    return r.num.rightJustified(3) + u' ' + r.score.rightJustified(5) + u' ' + r.ping.rightJustified(4) + u' '
+        + r.name.leftJustified(16) + r.lastmsg.rightJustified(7) + u' ' + r.address.leftJustified(22)
+        + r.qport.rightJustified(5) + u' ' + r.rate.rightJustified(5);
+}
+
+// Player k: slot k, name "Player<k>", address 10.0.<k/256>.<k%256>:<27000+k>.
+inline StatusRow numberedRow(int k)
+{
+    StatusRow r;
+    r.num = QString::number(k);
+    r.name = QStringLiteral("Player%1").arg(k);
+    r.address = QStringLiteral("10.0.%1.%2:%3").arg(k / 256).arg(k % 256).arg(27000 + k);
+    return r;
+}
+
+inline QString statusReply(const QString &map, const QStringList &rows)
+{
+    QString text = QStringLiteral("status\r\n===============\r\nmap: ") + map
+        + QStringLiteral("\r\nnum score ping name            lastmsg address               qport rate\r\n"
+                         "--- ----- ---- --------------- ------- --------------------- ----- -----\r\n");
+    for (const QString &row : rows)
+        text += row + QStringLiteral("\r\n");
+    return text + QStringLiteral("\r\n");
+}
+
+inline QString getStatusReply(const QString &info, const QStringList &rows)
+{
+    QString text = QStringLiteral("getStatus\r\n==================\r\n\u00FF\u00FF\u00FF\u00FFstatusResponse\r\n")
+        + info + QStringLiteral("\r\n");
+    for (const QString &row : rows)
+        text += row + QStringLiteral("\r\n");
+    return text;
+}
 
 } // namespace ReplyText

@@ -37,10 +37,3 @@ void FakeClock::setNow(const QDateTime &moment)
     m_real.restart();
     Q_EMIT jumped();
 }
-
-void FakeClock::setSpeed(double speed)
-{
-    m_base = now();
-    m_real.restart();
-    m_speed = speed;
-}

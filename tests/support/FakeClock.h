@@ -20,7 +20,6 @@ public:
 
     void jump(double seconds);
     void setNow(const QDateTime &moment);
-    void setSpeed(double speed);
 
 private:
     QDateTime m_base;
