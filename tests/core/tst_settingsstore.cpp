@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The settings block to and from the store: defaults, hand-edited values, a save read back.
+// The settings block to and from the store: the defaults, and values edited by hand.
 #include "FakeClock.h"
 #include "TestEnv.h"
 #include "core/Settings.h"
@@ -89,24 +89,6 @@ private Q_SLOTS:
             Settings s = readFrom(env, "[Other]\n" + line.left(line.indexOf('=')) + "=no\n[Settings]\n" + line + "\n");
             QVERIFY2(saved(s).contains(read), line.constData());
         }
-    }
-
-    void saveReadsBack()
-    {
-        TestEnv env;
-        Settings s;
-        s.WarnTxt = u"  a,\"b\" \\ c=d "_s, s.Pwd = u"p=w;d"_s, s.Voice = u"[Qv\u00e9]"_s;
-        s.TKLimit = -7, s.CommandDelay = 0.1, s.Warn = true;
-        Stats stats;
-        FakeClock clock;
-        SettingsStore(s, stats, clock).StoreSettings(true);
-        const Settings back = readFrom(env);
-        QCOMPARE(back.WarnTxt, u"  a,\"b\" \\ c=d "_s);
-        QCOMPARE(back.Pwd, u"p=w;d"_s);
-        QCOMPARE(back.Voice, u"[Qv\u00e9]"_s);
-        QCOMPARE(back.TKLimit, -7);
-        QCOMPARE(back.CommandDelay, 0.1);
-        QCOMPARE(back.Warn, true);
     }
 };
 

@@ -37,7 +37,7 @@ class TestLink : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void framing()
+    void sending()
     {
         EngineWorld w;
         Peer peer;
@@ -56,9 +56,26 @@ private Q_SLOTS:
         QCOMPARE(got, (QList<QByteArray>{head + "rcon secret status", head + "rcon  status", head + "getStatus",
                                          head + "rcon pw kick \"A \"B\" \xE9\xFF"}));
         QVERIFY(!w.engine.pane().text().contains(u"secret"_s)); // the echo never holds the password
+        // A datagram the network refuses is recorded, and the steps after the send still run.
+        w.view.fields[View::Field::txtHost] = u" 000.000.000.000 "_s;
+        w.engine.settings.SaveLog = true;
+        w.engine.log().OpenLog();
+        w.engine.link().UDPClient_SendMessage(u"status"_s, true, true);
+        QVERIFY(w.view.boxes.isEmpty());
+        const QByteArray record = w.file(u"ErrLog.txt"_s);
+        QVERIFY(record.startsWith("\"[2026-11-22 12:00:00] - Error 126: No address for host 000.000.000.000\r\n"
+                                  "\tCalling Function: UDPClient\r\n"));
+        QVERIFY(record.endsWith("\tSource: UDPClient\r\n\tAppMsg: Error sending via UDP (UDPClient_SendMessage)\"\r\n"));
+        QVERIFY(w.engine.pane().text().endsWith(u">status\r\n===============\r\n"_s));
+        QVERIFY(w.file(u"servlog.txt"_s).contains(">status\r\n"));
+        // A port that is no number is no refused datagram: it ends the program.
+        w.view.fields[View::Field::txtPort] = u"12x"_s;
+        QVERIFY_THROWS_EXCEPTION(FatalExit, w.engine.link().UDPClient_SendMessage(u"status"_s, true, true));
+        QCOMPARE(w.view.boxes, QStringList{u"Quorvane has encountered an error and will shut down.\r\n\r\n"
+                                           "Error sending via UDP (UDPClient_SendMessage)[13]: Type mismatch"_s});
     }
 
-    void replyLandsBehindEchoCleaned()
+    void arrivals()
     {
         EngineWorld w;
         Peer peer;
@@ -82,19 +99,19 @@ private Q_SLOTS:
         QVERIFY(w.engine.serverAnswered && !w.engine.waitingForServer);
         QCOMPARE(w.view.labels.value(View::Label::lblResponseTime), u"250 ms"_s);
         QCOMPARE(w.view.cursorMoves, 2);
-    }
-
-    // Only a real midnight between send and reply adds a day.
-    void responseTimeAtAnyHour()
-    {
-        EngineWorld w;
-        Peer peer;
-        w.connectTo(peer.socket.localPort());
-        const QList<std::tuple<QTime, double, QString>> cases{{QTime(21, 43, 17, 311), 0.0, u"0 ms"_s},
+        // Fewer than two bytes, whatever they are, mean no connection and leave the time.
+        w.engine.pane().clear();
+        peer.reply(QByteArray("\xFF", 1));
+        QTRY_VERIFY(!w.engine.serverAnswered);
+        peer.reply(QByteArray());
+        QTRY_COMPARE(w.engine.pane().text(), u"\r\n(no connection)\r\n(no connection)"_s);
+        QCOMPARE(w.view.labels.value(View::Label::lblResponseTime), u"250 ms"_s);
+        // Only a real midnight between send and reply adds a day.
+        const QList<std::tuple<QTime, double, QString>> times{{QTime(21, 43, 17, 311), 0.0, u"0 ms"_s},
                                                               {QTime(23, 59, 59, 999), 0.0, u"0 ms"_s},
                                                               {QTime(22, 30, 0, 7), 0.007, u"7 ms"_s},
                                                               {QTime(23, 59, 59, 900), 0.25, u"250 ms"_s}};
-        for (const auto &[sent, later, label] : cases) {
+        for (const auto &[sent, later, label] : times) {
             w.clock.setNow(QDateTime(QDate(2026, 11, 22), sent));
             w.engine.link().UDPClient_SendMessage(u"status"_s, false, true);
             peer.next();
@@ -103,23 +120,6 @@ private Q_SLOTS:
             peer.reply(printHead + "x\n");
             QTRY_COMPARE(w.view.labels.value(View::Label::lblResponseTime), label);
         }
-    }
-
-    void shortDatagramsMeanNoConnection()
-    {
-        EngineWorld w;
-        Peer peer;
-        w.connectTo(peer.socket.localPort());
-        w.engine.link().UDPClient_SendMessage(u"x"_s, false, true);
-        peer.next();
-        w.engine.serverAnswered = true;
-        w.view.labels[View::Label::lblResponseTime] = u"7 ms"_s;
-        peer.reply(QByteArray("\xFF", 1)); // one byte, whatever it is
-        QTRY_VERIFY(w.engine.pane().text().endsWith(u"(no connection)"_s));
-        QVERIFY(!w.engine.serverAnswered);
-        peer.reply(QByteArray());
-        QTRY_COMPARE(w.engine.pane().text(), u"\r\n(no connection)\r\n(no connection)"_s);
-        QCOMPARE(w.view.labels.value(View::Label::lblResponseTime), u"7 ms"_s);
     }
 
     // The test comes before the reply is added: 23999 characters take it, 24000 are emptied first.
@@ -137,27 +137,6 @@ private Q_SLOTS:
             QCOMPARE(w.engine.pane().length(), qsizetype(after));
             QCOMPARE(w.view.pane.size(), qsizetype(after));
         }
-    }
-
-    void refusedSendIsRecordedAndGoesOn()
-    {
-        EngineWorld w;
-        w.engine.link().bind(0);
-        w.view.fields[View::Field::txtHost] = u" 000.000.000.000 "_s;
-        w.view.fields[View::Field::txtPort] = u"12203"_s;
-        w.engine.settings.SaveLog = true;
-        w.engine.log().OpenLog();
-        w.engine.link().UDPClient_SendMessage(u"status"_s, true, true);
-        QVERIFY(w.view.boxes.isEmpty());
-        const QByteArray record = w.file(u"ErrLog.txt"_s);
-        QVERIFY(record.contains("] - Error 126: No address for host 000.000.000.000\r\n\tCalling Function: UDPClient"));
-        QVERIFY(record.endsWith("\tAppMsg: Error sending via UDP (UDPClient_SendMessage)\"\r\n"));
-        // The steps after the send still ran.
-        QVERIFY(w.engine.pane().text().contains(u">status"_s) && w.file(u"servlog.txt"_s).contains(">status\r\n"));
-        // A port that is no number is no refused datagram: it ends the program.
-        w.view.fields[View::Field::txtPort] = u"12x"_s;
-        QVERIFY_THROWS_EXCEPTION(FatalExit, w.engine.link().UDPClient_SendMessage(u"status"_s, true, true));
-        QVERIFY(w.view.boxes.value(0).endsWith(u"Error sending via UDP (UDPClient_SendMessage)[13]: Type mismatch"_s));
     }
 
     void queueDrainsInOrderWithinTheLastCall()
