@@ -34,11 +34,14 @@ QString statusText(const std::vector<int> &order)
 {
     QStringList rows;
     for (size_t slot = 0; slot < order.size(); ++slot) {
-        ReplyText::StatusRow row = ReplyText::numberedRow(order[slot]);
+        const int k = order[slot];
+        ReplyText::StatusRow row;
+        row.name = QStringLiteral("Player%1").arg(k);
+        row.address = QStringLiteral("10.0.%1.%2:%3").arg(k / 256).arg(k % 256).arg(27000 + k);
         row.num = QString::number(slot);
-        row.score = QString::number(order[slot] % 40);
-        row.ping = QString::number(30 + order[slot] % 200);
-        row.rate = QString::fromLatin1(order[slot] == 42 ? "99999" : "25000");
+        row.score = QString::number(k % 40);
+        row.ping = QString::number(30 + k % 200);
+        row.rate = QString::fromLatin1(k == 42 ? "99999" : "25000");
         rows.append(ReplyText::statusRow(row));
     }
     return ReplyText::statusReply(QStringLiteral("obj/obj_team2"), rows);

@@ -22,16 +22,6 @@ inline QString statusRow(const StatusRow &r)
         + r.qport.rightJustified(5) + u' ' + r.rate.rightJustified(5);
 }
 
-// Player k: slot k, name "Player<k>", address 10.0.<k/256>.<k%256>:<27000+k>.
-inline StatusRow numberedRow(int k)
-{
-    StatusRow r;
-    r.num = QString::number(k);
-    r.name = QStringLiteral("Player%1").arg(k);
-    r.address = QStringLiteral("10.0.%1.%2:%3").arg(k / 256).arg(k % 256).arg(27000 + k);
-    return r;
-}
-
 inline QString statusReply(const QString &map, const QStringList &rows)
 {
     QString text = QStringLiteral("status\r\n===============\r\nmap: ") + map

@@ -85,42 +85,31 @@ private Q_SLOTS:
     }
 
     // The menu's shortcuts win over the editing keys of the box that has the focus.
-    void menuShortcutsWinInEveryBox_data()
-    {
-        QTest::addColumn<QString>("box");
-        QTest::addColumn<int>("key");
-        for (const char *box : {"txtHost", "txtPort", "txtPwd", "txtServerName", "txtSay", "txtOutput"}) {
-            QTest::addRow("%s Ctrl+A", box) << QString::fromLatin1(box) << int(Qt::Key_A);
-            QTest::addRow("%s Ctrl+E", box) << QString::fromLatin1(box) << int(Qt::Key_E);
-        }
-    }
-
     void menuShortcutsWinInEveryBox()
     {
-        QFETCH(QString, box);
-        QFETCH(int, key);
-        WindowWorld w;
-        w.window.activateWindow();
-        QVERIFY(QTest::qWaitForWindowActive(&w.window));
-        auto *control = w.child<QWidget>(box.toLatin1().constData());
-        control->setFocus();
-        QSignalSpy announce(w.child<QAction>("mnuAnnounce"), &QAction::triggered);
-        QTimer closer; // whatever the entry opens is closed again
-        connect(&closer, &QTimer::timeout, this, [] {
-            if (QWidget *modal = QApplication::activeModalWidget())
-                modal->close();
-        });
-        closer.start(10);
-        QTest::keyClick(control, Qt::Key(key), Qt::ControlModifier);
-        if (key == Qt::Key_A) {
-            QCOMPARE(announce.count(), 1);
-            QVERIFY(w.window.isVisible());
-        } else {
-            QTRY_VERIFY(!w.window.isVisible());
-            QVERIFY(w.window.engine().unloaded());
-            // The close asked the application to quit; let that pass so later waits still wait.
-            QMetaObject::invokeMethod(qApp, &QCoreApplication::quit, Qt::QueuedConnection);
-            qApp->exec();
+        for (const char *box : {"txtHost", "txtPort", "txtPwd", "txtServerName", "txtSay", "txtOutput"}) {
+            for (const Qt::Key key : {Qt::Key_A, Qt::Key_E}) {
+                WindowWorld w;
+                w.window.activateWindow();
+                QVERIFY(QTest::qWaitForWindowActive(&w.window));
+                w.child<QWidget>(box)->setFocus();
+                QSignalSpy announce(w.child<QAction>("mnuAnnounce"), &QAction::triggered);
+                QTimer closer; // whatever the entry opens is closed again
+                connect(&closer, &QTimer::timeout, this, [] {
+                    if (QWidget *modal = QApplication::activeModalWidget())
+                        modal->close();
+                });
+                closer.start(10);
+                QTest::keyClick(w.child<QWidget>(box), key, Qt::ControlModifier);
+                if (key == Qt::Key_A) {
+                    QVERIFY2(announce.count() == 1 && w.window.isVisible(), box);
+                    continue;
+                }
+                QTRY_VERIFY2(!w.window.isVisible() && w.window.engine().unloaded(), box);
+                // The close asked the application to quit; let that pass so later waits still wait.
+                QMetaObject::invokeMethod(qApp, &QCoreApplication::quit, Qt::QueuedConnection);
+                qApp->exec();
+            }
         }
     }
 
@@ -218,9 +207,11 @@ private Q_SLOTS:
         }
     }
 
-    // The tray brings a window back as it was; it refuses while a dialog is open, and
-    // without a tray a minimised window stays where it can be found.
-    void trayIcon()
+    // The tray brings a window back as it was; it refuses while a dialog is open, and without a
+    // tray a minimised window stays where it can be found. While a check runs, the icon alternates
+    // with its picture in turned-around colours; off, it is plain at once. Where nobody can
+    // answer, a box is a line on standard error and its default answer.
+    void trayIconAndBoxes()
     {
         WindowWorld w;
         TrayIcon::setTrayAvailableForTesting(true);
@@ -239,7 +230,12 @@ private Q_SLOTS:
             dialog.show();
             StderrCapture err;
             Q_EMIT w.window.sysTray().activated();
-            QCOMPARE(err.text(), "Quorvane: Please return to the main window before minimizing\n"_ba);
+            Prompts::information(nullptr, u"Stops.\r\n\r\nError[10048]"_s);
+            QVERIFY(!Prompts::question(nullptr, u"Copy settings?"_s));
+            Prompts::setNextAnswer(QMessageBox::Yes);
+            QVERIFY(Prompts::question(nullptr, u"Ban him?"_s)); // answered in advance: no line
+            QCOMPARE(err.text(), "Quorvane: Please return to the main window before minimizing\n"
+                                 "Quorvane: Stops.  Error[10048]\nQuorvane: Copy settings?\n"_ba);
             QCOMPARE(w.window.windowState(), 2);
         }
         TrayIcon::setTrayAvailableForTesting(false);
@@ -247,32 +243,17 @@ private Q_SLOTS:
         QTRY_COMPARE(w.window.windowState(), 1);
         QTest::qWait(20);
         QVERIFY(w.window.isVisible());
-    }
 
-    // While on, the icon alternates with its picture in turned-around colours; off, it is plain at once.
-    void trayFlashes()
-    {
-        TrayIcon tray;
+        TrayIcon &tray = w.window.sysTray();
         const auto disc = [&tray] { return tray.shownIcon().pixmap(QSize(16, 16)).toImage().pixelColor(2, 7); };
         QCOMPARE(tray.toolTip() + QString::number(tray.flashInterval()), u"Quorvane1000"_s);
         tray.setFlashInterval(10);
-        tray.setFlashEnabled(true);
+        w.window.engine().SetCommandControls(0);
         QTRY_COMPARE(disc(), QColor(255, 255, 0));
         QTRY_COMPARE(disc(), QColor(0, 0, 160));
         QTRY_COMPARE(disc(), QColor(255, 255, 0));
-        tray.setFlashEnabled(false);
+        w.window.engine().SetCommandControls(1);
         QCOMPARE(disc(), QColor(0, 0, 160));
-    }
-
-    // Where nobody can answer, a box is a line on standard error and its default answer.
-    void unattendedBoxes()
-    {
-        StderrCapture err;
-        Prompts::information(nullptr, u"Stops.\r\n\r\nError[10048]"_s);
-        QVERIFY(!Prompts::question(nullptr, u"Copy settings?"_s));
-        Prompts::setNextAnswer(QMessageBox::Yes);
-        QVERIFY(Prompts::question(nullptr, u"Ban him?"_s)); // answered in advance: no line
-        QCOMPARE(err.text(), "Quorvane: Stops.  Error[10048]\nQuorvane: Copy settings?\n"_ba);
     }
 
     // A stored state comes back at load. Quit pressed while a wait runs nested ends the wait,

@@ -1,12 +1,10 @@
 // SPDX-License-Identifier: MIT
-// Form_Load, the run switch, the timers, the waits, the orderly stop and the fatal one, on a
-// headless window.
+// The application core on a headless window: the settings store, Form_Load, the run switch,
+// the timers, the waits, the orderly stop and the fatal one.
 #include "EngineWorld.h"
 #include "SimServer.h"
-#include "core/SettingsStore.h"
 #include "core/Waits.h"
 #include "link/CommandQueue.h"
-#include "link/RconLink.h"
 
 #include <QDir>
 #include <QRegularExpression>
@@ -18,6 +16,33 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
+// Keeps every write of a save, in order, as "key=value".
+struct Recorder final : SettingsBackend
+{
+    QStringList *writes;
+    explicit Recorder(QStringList *log) : writes(log) {}
+    QString read(const QString &, const QString &, const QString &fallback) override { return fallback; }
+    void write(const QString &, const QString &key, const QString &value) override { writes->append(key + u'=' + value); }
+};
+
+QStringList saved(Settings &s, bool bAll = true)
+{
+    QStringList writes;
+    Stats stats;
+    FakeClock clock;
+    SettingsStore(s, stats, clock, std::make_unique<Recorder>(&writes)).StoreSettings(bAll);
+    return writes;
+}
+
+// Reads the block from a settings file that holds `ini`.
+void readFrom(EngineWorld &w, const QByteArray &ini = {})
+{
+    QDir().mkpath(w.env.configHome() + u"/quorvane"_s);
+    TestEnv::writeFile(IniSettingsBackend::filePath(SettingsStore::ownApp), ini);
+    w.engine.settings.CheckInt = 1, w.engine.settings.Host = u"x"_s; // whatever the block held is read over
+    w.engine.store().readSettings(SettingsStore::ownApp);
+}
+
 QSettings iniOf(const QString &app)
 {
     return QSettings(IniSettingsBackend::filePath(app), QSettings::IniFormat);
@@ -25,11 +50,44 @@ QSettings iniOf(const QString &app)
 
 } // namespace
 
-class TestRunControl : public QObject
+class TestCore : public QObject
 {
     Q_OBJECT
 
 private Q_SLOTS:
+    // An empty store gives the defaults; a save writes them in its order. Each line edited by
+    // hand alone in the file is read as the next save writes it.
+    void settingsStore()
+    {
+        EngineWorld w;
+        readFrom(w);
+        QCOMPARE(saved(w.engine.settings).join(u' '),
+                 u"SaveSettings=True RunBefore=1 Warn=False WarnTxt= TKLimit=-3 KickTK=False CheckInt=20000 Ban=False "
+                 "BanType=3 BanFor=10 BanDuration=0 NameCheck=False Host=000.000.000.000 Pwd= Port=12203 "
+                 "Persona=Clinical Voice=[Quorvane] intAnnouce=0 lngAnnounce=0 BanTime=0 FileLoc="_s
+                     + w.env.workDir()
+                     + u" SaveLog=False LogBrief=False ForceKick=False KickBanned=True KickTeleFrag=False KickPing=True "
+                       "MaxPing=750 PingPasses=3 TellPlayers=True LocalPort=1247 CommandDelay=1 QPort=False QPortMin=0 "
+                       "QPortMax=0 Rate=False RateMin=0 RateMax=0 SkipMap=True WinWidth=9240 WinHeight=7860 "
+                       "MsgRandom=True SysTray=True KickImpersonators=True StatusInterval=2 TellPause=0 WinState=0"_s);
+        w.engine.settings.SaveSettings = false;
+        QCOMPARE(saved(w.engine.settings, false), (QStringList{u"SaveSettings=False"_s, u"RunBefore=1"_s}));
+        const QList<QPair<QByteArray, QString>> cases{
+            {"Warn=true", u"Warn=True"_s}, {"KickPing=false", u"KickPing=False"_s}, {"SkipMap=0", u"SkipMap=False"_s},
+            {"TellPlayers=maybe", u"TellPlayers=True"_s}, {"CheckInt=abc", u"CheckInt=20000"_s},
+            {"CheckInt=1000", u"CheckInt=1000"_s}, // raised only at load
+            {"Port=2147483647", u"Port=2147483647"_s}, {"Port=2147483648", u"Port=12203"_s},
+            {"MaxPing=750.5", u"MaxPing=750"_s}, {"MaxPing=751.5", u"MaxPing=752"_s}, // halves to even
+            {"CommandDelay=1.0", u"CommandDelay=1"_s}, {"CommandDelay=0.00001", u"CommandDelay=0.00001"_s},
+            {"CommandDelay=fast", u"CommandDelay=1"_s}, {"Pwd=se,cret", u"Pwd=se,cret"_s},
+            {"WarnTxt=stop , now", u"WarnTxt=stop , now"_s}};
+        for (const auto &[line, read] : cases) {
+            EngineWorld v; // the same key in another section is no setting
+            readFrom(v, "[Other]\n" + line.left(line.indexOf('=')) + "=no\n[Settings]\n" + line + "\n");
+            QVERIFY2(saved(v.engine.settings).contains(read), line.constData());
+        }
+    }
+
     void automaticStart()
     {
         const QList<std::tuple<QString, QByteArray, bool>> lines{{u"-a"_s, "-a", true}, {u"/a"_s, "/a", true},
@@ -244,5 +302,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(TestRunControl)
-#include "tst_runcontrol.moc"
+QTEST_GUILESS_MAIN(TestCore)
+#include "tst_core.moc"
