@@ -3,6 +3,7 @@
 
 #include "StderrCapture.h"
 
+#include <QAbstractButton>
 #include <QApplication>
 #include <QDialog>
 #include <QStringList>
@@ -34,6 +35,21 @@ bool whileOpen(const std::function<void()> &open, const std::function<void(D &)>
     open();
     QApplication::setActiveWindow(active); // as closing the dialog hands it back
     return reached;
+}
+
+// A control of a dialog by its name; a missing one ends the test.
+template<typename T = QWidget>
+T *control(QWidget &d, const QString &name)
+{
+    T *found = d.findChild<T *>(name);
+    if (!found)
+        qFatal("no control %s", qPrintable(name));
+    return found;
+}
+
+inline void press(QWidget &d, const QString &name)
+{
+    control<QAbstractButton>(d, name)->click();
 }
 
 // The boxes shown while it lives (the offscreen platform writes them to stderr).

@@ -15,6 +15,7 @@
 #include <QTableWidget>
 
 using namespace Qt::Literals::StringLiterals;
+using Wire = QList<QByteArray>;
 
 namespace {
 
@@ -45,21 +46,21 @@ struct Rig
         QTest::mouseClick(grid->viewport(), Qt::LeftButton, {}, grid->visualRect(grid->model()->index(row, 2)).center());
     }
     // What the server got, without framing and password.
-    QList<QByteArray> wire() const
+    Wire wire() const
     {
-        QList<QByteArray> out;
+        Wire out;
         for (const SimServer::Datagram &d : sim.received())
             out.append(d.bytes.mid(5).replace("rcon pw ", ""));
         return out;
     }
-    QByteArray file(const char *name) const { return w.env.readFile(w.env.workDir() + QLatin1String(name)); }
+    QByteArray file(const char *name) const { return TestEnv::readFile(w.env.workDir() + QLatin1String(name)); }
     QString status(int row) { return w.child<QTableWidget>("gridPlayers")->item(row, 6)->text(); }
-    void trigger(const QString &control)
+    void trigger(const QString &name)
     {
-        if (control.startsWith(u"mnu"))
-            w.child<QAction>(control.toLatin1().constData())->trigger();
+        if (name.startsWith(u"mnu"))
+            w.child<QAction>(name.toLatin1().constData())->trigger();
         else
-            w.child<QPushButton>(control.toLatin1().constData())->click();
+            w.child<QPushButton>(name.toLatin1().constData())->click();
     }
 };
 
@@ -70,122 +71,101 @@ class TestOperatorActions : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void kickTheChosenPlayer_data()
+    void kick_data()
     {
         QTest::addColumn<QString>("control");
-        QTest::addColumn<bool>("bans");
-        QTest::newRow("Kick button") << u"cmdKick"_s << false;
-        QTest::newRow("Kick menu entry") << u"mnuKick"_s << false;
-        QTest::newRow("Kick and Ban button") << u"cmdKickBan"_s << true;
-        QTest::newRow("Kick & Ban menu entry") << u"mnuKickBan"_s << true;
+        QTest::addColumn<int>("row"); // -1: nothing chosen; 2 and 3 are the blank rows below the players
+        QTest::addColumn<QString>("box"); // empty: the player is kicked
+        const QString kick = u"Please specify a player to kick"_s, kickBan = u"Please specify a player to kick & ban"_s;
+        QTest::newRow("Kick button") << u"cmdKick"_s << 1 << QString();
+        QTest::newRow("Kick menu entry") << u"mnuKick"_s << 1 << QString();
+        QTest::newRow("Kick and Ban button") << u"cmdKickBan"_s << 1 << QString();
+        QTest::newRow("Kick & Ban menu entry") << u"mnuKickBan"_s << 1 << QString();
+        QTest::newRow("kick, nothing") << u"cmdKick"_s << -1 << kick;
+        QTest::newRow("kick, blank row") << u"mnuKick"_s << 2 << kick;
+        QTest::newRow("kick and ban, nothing") << u"mnuKickBan"_s << -1 << kickBan;
+        QTest::newRow("kick and ban, last blank row") << u"cmdKickBan"_s << 3 << kickBan;
     }
 
-    void kickTheChosenPlayer()
-    {
-        QFETCH(QString, control);
-        QFETCH(bool, bans);
-        Rig rig;
-        rig.w.settings().SaveLog = true;
-        rig.e.log().OpenLog();
-        rig.choose(1);
-        rig.trigger(control);
-        // Sent at once, the words first; the ban ignores BanFor and the Ban switch.
-        QCOMPARE(rig.wire(), (QList<QByteArray>{"say [Quorvane]: Kicked Kestrel for [reason unspecified - admin initiated kick].",
-                                                "clientkick 5"}));
-        QCOMPARE(rig.sim.players().size(), 1);
-        QCOMPARE(rig.status(1), u"Kicked ([reason unspecified - admin initiated kick])"_s);
-        QCOMPARE(rig.status(0), u"Ok"_s);
-        QCOMPARE(rig.file("banned.txt"), bans ? "Kestrel\r\n"_ba : QByteArray());
-        QCOMPARE(rig.file("bannedIP.txt"), bans ? "198.51.100.7\r\n"_ba : QByteArray());
-        QCOMPARE(rig.e.stats.bankicks, 1);
-        QCOMPARE(rig.e.stats.banadds, bans ? 1 : 0);
-        QCOMPARE(rig.file("servlog.txt").contains("Banned name/IP Kestrel/198.51.100.7 [admin initiated kick]\r\n"), bans);
-    }
-
-    void kickWithNoPlayerChosen_data()
-    {
-        QTest::addColumn<QString>("control");
-        QTest::addColumn<int>("row"); // -1: nothing chosen
-        QTest::addColumn<QString>("box");
-        QTest::newRow("kick, nothing") << u"cmdKick"_s << -1 << u"Please specify a player to kick"_s;
-        QTest::newRow("kick, blank row") << u"mnuKick"_s << 2 << u"Please specify a player to kick"_s;
-        QTest::newRow("kick and ban, nothing") << u"mnuKickBan"_s << -1 << u"Please specify a player to kick & ban"_s;
-        QTest::newRow("kick and ban, last blank row") << u"cmdKickBan"_s << 3 << u"Please specify a player to kick & ban"_s;
-    }
-
-    void kickWithNoPlayerChosen()
+    // Sent at once, the words first; the ban of Kick and Ban ignores BanFor and the Ban switch.
+    void kick()
     {
         QFETCH(QString, control);
         QFETCH(int, row);
         QFETCH(QString, box);
         Rig rig;
+        rig.w.settings().SaveLog = true;
+        rig.e.log().OpenLog();
         if (row >= 0)
             rig.choose(row);
         Boxes boxes;
         rig.trigger(control);
-        QCOMPARE(boxes.shown(), QStringList{box});
+        const bool kicked = box.isEmpty(), bans = kicked && control.endsWith(u"Ban");
+        QCOMPARE(boxes.shown(), kicked ? QStringList() : QStringList{box});
         QTest::qWait(20);
-        QVERIFY(rig.wire().isEmpty());
+        const Wire sent{"say [Quorvane]: Kicked Kestrel for [reason unspecified - admin initiated kick].", "clientkick 5"};
+        QCOMPARE(rig.wire(), kicked ? sent : Wire{});
+        QCOMPARE(rig.sim.players().size(), kicked ? 1 : 2);
+        QCOMPARE(rig.status(1), kicked ? u"Kicked ([reason unspecified - admin initiated kick])"_s : u"Ok"_s);
         QCOMPARE(rig.status(0), u"Ok"_s);
+        QCOMPARE(rig.file("banned.txt"), bans ? "Kestrel\r\n"_ba : QByteArray());
+        QCOMPARE(rig.file("bannedIP.txt"), bans ? "198.51.100.7\r\n"_ba : QByteArray());
+        QCOMPARE(rig.e.stats.bankicks * 10 + rig.e.stats.banadds, kicked ? (bans ? 11 : 10) : 0);
+        QCOMPARE(rig.file("servlog.txt").contains("Banned name/IP Kestrel/198.51.100.7 [admin initiated kick]\r\n"), bans);
     }
 
     // The typed command goes out bare; a typed clientkick can lead to a ban of that slot.
     void otherCommand_data()
     {
         QTest::addColumn<QString>("typed");
-        QTest::addColumn<bool>("ban");
-        QTest::addColumn<bool>("yes");
-        QTest::addColumn<bool>("byEnter");
+        QTest::addColumn<QString>("how"); // B: Ban on, Y: answer Yes, E: Enter instead of Send
         QTest::addColumn<QByteArray>("sent"); // empty: nothing goes out
-        QTest::addColumn<QString>("question");
+        QTest::addColumn<bool>("asked");
         QTest::addColumn<bool>("banned");
-        const QString q = u"Do you want to ban Kestrel?"_s;
-        QTest::newRow("ban answered yes") << u"clientkick 5"_s << true << true << false << "clientkick 5"_ba << q << true;
-        QTest::newRow("by Enter") << u"clientkick 5 "_s << true << true << true << "clientkick 5"_ba << q << true;
-        QTest::newRow("ban answered no") << u"clientkick 5"_s << true << false << false << "clientkick 5"_ba << q << false;
-        QTest::newRow("ban switch off") << u"clientkick 5"_s << false << true << false << "clientkick 5"_ba << QString() << false;
-        QTest::newRow("no such slot") << u"clientkick 4"_s << true << true << false << "clientkick 4"_ba << QString() << false;
-        QTest::newRow("not a number") << u"clientkick abc"_s << true << true << false << "clientkick abc"_ba << QString() << false;
-        QTest::newRow("leading blanks") << u"  clientkick 5"_s << true << true << false << "clientkick 5"_ba << QString() << false;
-        QTest::newRow("longer word") << u"clientkickX 5"_s << true << true << true << "clientkickX 5"_ba << QString() << false;
-        QTest::newRow("other command") << u"say hi"_s << true << true << true << "say hi"_ba << QString() << false;
-        QTest::newRow("blanks only") << u"   "_s << true << true << false << QByteArray() << QString() << false;
+        QTest::newRow("ban answered yes") << u"clientkick 5"_s << u"BY"_s << "clientkick 5"_ba << true << true;
+        QTest::newRow("by Enter") << u"clientkick 5 "_s << u"BYE"_s << "clientkick 5"_ba << true << true;
+        QTest::newRow("ban answered no") << u"clientkick 5"_s << u"B"_s << "clientkick 5"_ba << true << false;
+        QTest::newRow("ban switch off") << u"clientkick 5"_s << u"Y"_s << "clientkick 5"_ba << false << false;
+        QTest::newRow("no such slot") << u"clientkick 4"_s << u"BY"_s << "clientkick 4"_ba << false << false;
+        QTest::newRow("beyond 16 bits") << u"clientkick 65541"_s << u"BY"_s << "clientkick 65541"_ba << false << false;
+        QTest::newRow("not a number") << u"clientkick abc"_s << u"BY"_s << "clientkick abc"_ba << false << false;
+        QTest::newRow("leading blanks") << u"  clientkick 5"_s << u"BY"_s << "clientkick 5"_ba << false << false;
+        QTest::newRow("longer word") << u"clientkickX 5"_s << u"BYE"_s << "clientkickX 5"_ba << false << false;
+        QTest::newRow("other command") << u"say hi"_s << u"BYE"_s << "say hi"_ba << false << false;
+        QTest::newRow("blanks only") << u"   "_s << u"BY"_s << QByteArray() << false << false;
     }
 
     void otherCommand()
     {
         QFETCH(QString, typed);
-        QFETCH(bool, ban);
-        QFETCH(bool, yes);
-        QFETCH(bool, byEnter);
+        QFETCH(QString, how);
         QFETCH(QByteArray, sent);
-        QFETCH(QString, question);
+        QFETCH(bool, asked);
         QFETCH(bool, banned);
         Rig rig;
-        rig.w.settings().Ban = ban;
+        rig.w.settings().Ban = how.contains(u'B');
         rig.w.settings().BanFor = 10; // no kick reason of the typed command would ban by itself
         Boxes boxes;
         Prompts::clearLastText();
         bool closed = false;
-        const bool opened = whileOpen<frmOther>([&] { rig.trigger(u"mnuOther"_s); }, [&](frmOther &d) {
-            auto *box = d.findChild<QLineEdit *>(u"txtCommand"_s);
+        QVERIFY(whileOpen<frmOther>([&] { rig.trigger(u"mnuOther"_s); }, [&](frmOther &d) {
+            auto *box = control<QLineEdit>(d, u"txtCommand"_s);
             box->setFocus();
             QTest::keyClicks(box, typed);
-            Prompts::setNextAnswer(yes ? QMessageBox::Yes : QMessageBox::No);
-            if (byEnter) {
+            Prompts::setNextAnswer(how.contains(u'Y') ? QMessageBox::Yes : QMessageBox::No);
+            if (how.contains(u'E')) {
                 QTest::keyPress(box, Qt::Key_Return);
                 QVERIFY(d.isVisible()); // not on the key going down
                 QTest::keyRelease(box, Qt::Key_Return);
             } else {
-                d.findChild<QPushButton *>(u"cmdSend"_s)->click();
+                press(d, u"cmdSend"_s);
             }
             closed = !d.isVisible();
-        });
+        }));
         Prompts::setNextAnswer(QMessageBox::NoButton);
-        QVERIFY(opened);
         QVERIFY(closed);
-        QCOMPARE(rig.wire(), sent.isEmpty() ? QList<QByteArray>{} : QList<QByteArray>{sent});
-        QCOMPARE(Prompts::lastText(), question); // asked after the command went out
+        QCOMPARE(rig.wire(), sent.isEmpty() ? Wire{} : Wire{sent});
+        QCOMPARE(Prompts::lastText(), asked ? u"Do you want to ban Kestrel?"_s : QString());
         QCOMPARE(boxes.shown(), QStringList{});
         QCOMPARE(rig.file("banned.txt"), banned ? "Kestrel\r\n"_ba : QByteArray());
         QCOMPARE(rig.e.stats.banadds, banned ? 1 : 0);
@@ -198,32 +178,28 @@ private Q_SLOTS:
         PlayerState &p = w.window.engine().players();
         p.currentCount = 1;
         const OperatorActions actions(w.window.engine());
-        const QList<std::pair<QString, qint32>> cases{{u"5.4"_s, -1}, {u"99999999999"_s, -1}, {u"5"_s, 1}};
-        for (const auto &[slot, found] : cases) {
+        QList<qint32> found;
+        for (const QString &slot : {u"5.4"_s, u"99999999999"_s, u" 5"_s}) {
             p.currentPlayers[1].num = slot;
-            QCOMPARE(actions.FindClient(5), found);
+            found << actions.FindClient(5);
         }
+        QCOMPARE(found, QList<qint32>({-1, -1, 1}));
     }
 
-    void otherCommandStopsTheEngineWhileOpen_data()
+    // Stopped while the dialog stands and started again after; a stopped engine stays so.
+    void otherCommandHoldsTheEngine()
     {
-        QTest::addColumn<bool>("running");
-        QTest::newRow("running") << true;
-        QTest::newRow("stopped") << false;
-    }
-
-    void otherCommandStopsTheEngineWhileOpen()
-    {
-        QFETCH(bool, running);
-        Rig rig;
-        if (running)
-            rig.w.child<QPushButton>("cmdStart")->click();
-        bool stoppedWhileOpen = false;
-        QVERIFY(whileOpen<frmOther>([&] { rig.trigger(u"cmdOther"_s); },
-                                    [&](frmOther &) { stoppedWhileOpen = !rig.e.engineRunning; }));
-        QVERIFY(stoppedWhileOpen);
-        QCOMPARE(rig.e.engineRunning, running);
-        QCOMPARE(rig.w.child<QPushButton>("cmdStart")->text(), running ? u"Stop"_s : u"Start"_s);
+        for (const bool running : {true, false}) {
+            Rig rig;
+            if (running)
+                rig.w.child<QPushButton>("cmdStart")->click();
+            bool stoppedWhileOpen = false;
+            QVERIFY(whileOpen<frmOther>([&] { rig.trigger(u"cmdOther"_s); },
+                                        [&](frmOther &) { stoppedWhileOpen = !rig.e.engineRunning; }));
+            QVERIFY(stoppedWhileOpen);
+            QCOMPARE(rig.e.engineRunning, running);
+            QCOMPARE(rig.w.child<QPushButton>("cmdStart")->text(), running ? u"Stop"_s : u"Start"_s);
+        }
     }
 
     void otherCommandRefusedDuringADrain()
@@ -231,9 +207,9 @@ private Q_SLOTS:
         Rig rig;
         Boxes boxes;
         QVERIFY(whileOpen<frmOther>([&] { rig.trigger(u"mnuOther"_s); }, [&](frmOther &d) {
-            QTest::keyClicks(d.findChild<QLineEdit *>(u"txtCommand"_s), u"say hi"_s);
+            QTest::keyClicks(control(d, u"txtCommand"_s), u"say hi"_s);
             rig.e.queueDraining = true; // an announcement's drain is under way
-            d.findChild<QPushButton *>(u"cmdSend"_s)->click();
+            press(d, u"cmdSend"_s);
             rig.e.queueDraining = false;
             QVERIFY(!d.isVisible());
         }));
