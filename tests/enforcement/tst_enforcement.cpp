@@ -65,26 +65,19 @@ struct Live
     }
 };
 
-// The policies and the actions on a table of their own (see PolicyStack); the log and the
-// lists are real files in a private folder, 192.0.2.50 is immune, the clock stands at noon.
-struct Table
+// The policies and the actions on the engine's table with lists, log and queue of their own
+// (see PolicyStack); 192.0.2.50 is immune, the clock stands at noon.
+struct Table : EngineWorld
 {
-    TestEnv env;
-    FakeClock clock;
-    HeadlessView view;
-    Settings settings;
-    Stats stats;
-    PlayerState players;
-    ErrorLog errors{clock, view, [this] { return settings.FileLoc; }};
-    OutputPane pane{view};
-    PolicyStack stack{players, settings, stats, clock, errors, pane};
+    Settings &settings = engine.settings;
+    Stats &stats = engine.stats;
+    PlayerState &players = engine.players();
+    PolicyStack stack{players, settings, stats, clock, engine.errors(), engine.pane()};
     QStringList &queued = stack.queued;
 
     Table()
     {
-        settings.FileLoc = env.workDir();
         settings.SaveLog = true;
-        errors.setTerminate([] { throw FatalExit{}; });
         list(u"immuneIP.txt"_s, "192.0.2.50\r\n");
         stack.log.OpenLog();
     }
@@ -108,7 +101,6 @@ struct Table
         const QStringList records = QString::fromLatin1(file(u"servlog.txt"_s)).split(u"\r\n\r\n"_s);
         return records.mid(1, records.size() - 2);
     }
-    QByteArray file(const QString &name) const { return TestEnv::readFile(env.workDir() + name); }
 };
 
 // The words to the players of a kick, as queued: not shown, not at once, no pause.
@@ -214,18 +206,6 @@ private Q_SLOTS:
         QVERIFY(rig.w.view.pane.contains(u"Changed from [dm/a] to [dm/b] - skipping ping check\r\n"_s));
     }
 
-    void impersonatorWarnedThenKicked()
-    {
-        Live rig{player(0, "Hawk", "192.0.2.1")};
-        QCOMPARE(rig.check(), Wire{"status"});
-        rig.sim.addPlayer(player(1, "hawk", "192.0.2.2"));
-        QCOMPARE(rig.check(), (Wire{"status", "say WARNING: hawk - there is another player already playing with that name. "
-                                              "You have 60 sec to change your name."}));
-        rig.w.clock.jump(63);
-        QCOMPARE(rig.check(), (Wire{"status", "say [Quorvane]: Kicked hawk for stealing names.", "clientkick 1"}));
-        QCOMPARE(rig.left(), Wire{"Hawk"});
-    }
-
     void forceKickRoads()
     {
         Live rig{player(0, "^1Gone", "192.0.2.1")};
@@ -317,35 +297,25 @@ private Q_SLOTS:
         QCOMPARE(t.logLines().last(), u"kickImpersonators: %1 players kicked."_s.arg(k.act.startsWith(u"kick") ? 1 : 0));
     }
 
-    void repeatGate_data()
-    {
-        QTest::addColumn<QTime>("first");
-        QTest::addColumn<int>("laterMs");
-        QTest::addColumn<bool>("again");
-        QTest::newRow("5.0 s later") << QTime(12, 0) << 5000 << false;
-        QTest::newRow("5.2 s later") << QTime(12, 0) << 5200 << true;
-        QTest::newRow("5.183 s later") << QTime(20, 0) << 5183 << false;
-        QTest::newRow("5.184 s later") << QTime(20, 0) << 5184 << true;
-        QTest::newRow("across midnight") << QTime(23, 59, 58) << 7000 << false;
-    }
-
     // Within 5.184 s a second kick of a row is dropped without a word; after it the row is
-    // kicked again in full, under the new reason.
+    // kicked again in full, under the new reason. Times of day have no date.
     void repeatGate()
     {
-        QFETCH(QTime, first);
-        QFETCH(int, laterMs);
-        QFETCH(bool, again);
-        Table t;
-        t.clock.setNow(QDateTime(QDate(2026, 11, 22), first));
-        t.add(u"Bob"_s);
-        t.stack.kick.kickPlayer(1, u"Rate"_s);
-        t.clock.jump(laterMs / 1000.0);
-        t.stack.kick.kickPlayer(1, u"QPort"_s);
-        QCOMPARE(t.queued.size(), again ? 4 : 2);
-        QCOMPARE(t.players.currentPlayers[1].status, again ? u"Kicked (QPort)"_s : u"Kicked (Rate)"_s);
-        QCOMPARE(t.stats.bankicks, again ? 2 : 1);
-        QCOMPARE(t.logLines().contains(u"Forcing re-kick on client# 1 (Bob)"_s), again);
+        const QList<std::tuple<QTime, int, bool>> rows{{QTime(12, 0), 5000, false}, {QTime(12, 0), 5200, true},
+                                                       {QTime(20, 0), 5183, false}, {QTime(20, 0), 5184, true},
+                                                       {QTime(23, 59, 58), 7000, false}};
+        for (const auto &[first, laterMs, again] : rows) {
+            Table t;
+            t.clock.setNow(QDateTime(QDate(2026, 11, 22), first));
+            t.add(u"Bob"_s);
+            t.stack.kick.kickPlayer(1, u"Rate"_s);
+            t.clock.jump(laterMs / 1000.0);
+            t.stack.kick.kickPlayer(1, u"QPort"_s);
+            QVERIFY2(t.queued.size() == (again ? 4 : 2), qPrintable(QString::number(laterMs)));
+            QCOMPARE(t.players.currentPlayers[1].status, again ? u"Kicked (QPort)"_s : u"Kicked (Rate)"_s);
+            QCOMPARE(t.stats.bankicks, again ? 2 : 1);
+            QCOMPARE(t.logLines().contains(u"Forcing re-kick on client# 1 (Bob)"_s), again);
+        }
     }
 
     // High-ping lines in file order and round again, also when nobody is told; the kick by

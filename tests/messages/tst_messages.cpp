@@ -56,74 +56,52 @@ class TestMessages : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void forms_data()
-    {
-        QTest::addColumn<int>("which");
-        QTest::addColumn<QByteArray>("bytes");
-        QTest::addColumn<QStringList>("expected");
-        QTest::newRow("blanks skipped, tab and leading blank kept")
-            << 0 << QByteArray("   \r\n\t\r\n abc\r\n\r\n;not a comment") << QStringList{u"\t"_s, u" abc"_s, u";not a comment"_s};
-        QTest::newRow("LF and CR end lines too") << 1 << QByteArray("one\ntwo\rthree\r\n") << QStringList{u"one"_s, u"two"_s, u"three"_s};
-        QTest::newRow("names as read, Latin-1") << 2 << QByteArray(" S\xF6ren \r\nS\xF6ren\r\n")
-                                               << QStringList{u" S\u00F6ren "_s, u"S\u00F6ren"_s};
-        QTest::newRow("addresses trimmed") << 3 << QByteArray("  192.0.2.1  \r\n192.0.2.1\t\r\n")
-                                           << QStringList{u"192.0.2.1"_s, u"192.0.2.1\t"_s};
-        QTest::newRow("bad names in upper case, blanks stay") << 4 << QByteArray("Foo bar \r\n\xE9t\xDF\xFF\r\n")
-                                                              << QStringList{u"FOO BAR "_s, u"\u00C9T\u00DF\u00FF"_s};
-        QTest::newRow("immune as read") << 5 << QByteArray("192.0.2.1 \r\n") << QStringList{u"192.0.2.1 "_s};
-    }
-
-    // Missing files are created empty; each table holds its own file in its own form.
+    // Each table holds its own file in its own form.
     void forms()
     {
-        QFETCH(int, which);
-        QFETCH(QByteArray, bytes);
-        QFETCH(QStringList, expected);
         EngineWorld w;
-        TestEnv::writeFile(w.env.workDir() + files[which], bytes);
+        const QByteArray bytes[] = {"   \r\n\t\r\n abc\r\n\r\n;not a comment", "one\ntwo\rthree\r\n", " S\xF6ren \r\nS\xF6ren\r\n",
+                                    "  192.0.2.1  \r\n192.0.2.1\t\r\n", "Foo bar \r\n\xE9t\xDF\xFF\r\n", "192.0.2.1 \r\n"};
+        for (int i = 0; i < files.size(); ++i)
+            TestEnv::writeFile(w.env.workDir() + files[i], bytes[i]);
         w.engine.LoadSettings(u"quorvane12"_s);
+        QList<QStringList> tables;
         for (int i = 0; i < files.size(); ++i) {
-            QVERIFY(QFile::exists(w.env.workDir() + files[i]));
-            const ListTable &t = tableOf(w.engine.lists(), i);
-            QStringList entries;
-            for (qint32 k = 0; k <= t.top; ++k)
-                entries.append(t.at(k));
-            QCOMPARE(entries, i == which ? expected : QStringList());
+            tables.append(QStringList());
+            for (qint32 k = 0; k <= tableOf(w.engine.lists(), i).top; ++k)
+                tables.last().append(tableOf(w.engine.lists(), i).at(k));
         }
+        QCOMPARE(tables, QList<QStringList>({{u"\t"_s, u" abc"_s, u";not a comment"_s}, // blanks skipped, no comments
+                                             {u"one"_s, u"two"_s, u"three"_s},           // LF and CR end lines too
+                                             {u" S\u00F6ren "_s, u"S\u00F6ren"_s},       // as read, Latin-1
+                                             {u"192.0.2.1"_s, u"192.0.2.1\t"_s},         // trimmed of blanks only
+                                             {u"FOO BAR "_s, u"\u00C9T\u00DF\u00FF"_s}, // upper case, blanks stay
+                                             {u"192.0.2.1 "_s}}));
     }
 
-    void bound_data()
-    {
-        QTest::addColumn<int>("which");
-        QTest::addColumn<QString>("words");
-        QTest::newRow("servmsg") << 0 << u"Error loading server messages"_s;
-        QTest::newRow("highping") << 1 << u"Error loading high ping messages"_s;
-        QTest::newRow("banned") << 2 << u"Error loading banned names"_s;
-        QTest::newRow("bannedIP") << 3 << u"Error loading banned IPs"_s;
-        QTest::newRow("badnames") << 4 << u"Error loading bad names"_s;
-        QTest::newRow("immuneIP") << 5 << u"Error loading Immune IPs"_s;
-    }
-
-    // 2048 entries load, blank lines between them not counted and a line of a tab counted;
-    // a 2049th ends the program with the loader's words.
+    // Missing files are created empty; 2048 entries load, blank lines between them not
+    // counted and a line of a tab counted; a 2049th ends the program with the loader's words.
     void bound()
     {
-        QFETCH(int, which);
-        QFETCH(QString, words);
-        EngineWorld w;
+        const QStringList words{u"server messages"_s, u"high ping messages"_s, u"banned names"_s,
+                                u"banned IPs"_s,      u"bad names"_s,          u"Immune IPs"_s};
         QByteArray lines;
         for (int i = 0; i < 2047; ++i)
             lines += "x" + QByteArray::number(i) + "\r\n \r\n";
         lines += "\t\r\n\r\n";
-        TestEnv::writeFile(w.env.workDir() + files[which], lines);
-        w.engine.LoadSettings(u"quorvane12"_s);
-        QCOMPARE(tableOf(w.engine.lists(), which).top, 2047);
-        QCOMPARE(tableOf(w.engine.lists(), which).at(2047), u"\t"_s);
-
-        TestEnv::writeFile(w.env.workDir() + files[which], lines + "x2048\r\n");
-        QVERIFY_THROWS_EXCEPTION(FatalExit, w.engine.LoadSettings(u"quorvane12"_s));
-        QVERIFY(w.file(u"ErrLog.txt"_s).contains("AppMsg: " + words.toLatin1() + "\"\r\n"));
-        QCOMPARE(w.view.boxes.size(), 1);
+        for (int which = 0; which < files.size(); ++which) {
+            EngineWorld w;
+            TestEnv::writeFile(w.env.workDir() + files[which], lines);
+            w.engine.LoadSettings(u"quorvane12"_s);
+            for (const QString &file : files)
+                QVERIFY(QFile::exists(w.env.workDir() + file));
+            QCOMPARE(tableOf(w.engine.lists(), which).top, 2047);
+            QCOMPARE(tableOf(w.engine.lists(), which).at(2047), u"\t"_s);
+            TestEnv::writeFile(w.env.workDir() + files[which], lines + "x2048\r\n");
+            QVERIFY_THROWS_EXCEPTION(FatalExit, w.engine.LoadSettings(u"quorvane12"_s));
+            QVERIFY2(w.file(u"ErrLog.txt"_s).contains("AppMsg: Error loading " + words[which].toLatin1() + "\"\r\n"), qPrintable(files[which]));
+            QCOMPARE(w.view.boxes.size(), 1);
+        }
     }
 
     void appendCreatesAndFailsFatally()
@@ -138,39 +116,9 @@ private Q_SLOTS:
         QVERIFY(w.view.boxes.value(0).contains(u"\r\n\r\nError appending x y to banned.txt[75]"_s));
     }
 
-    void expand_data()
-    {
-        QTest::addColumn<QString>("message");
-        QTest::addColumn<int>("player");
-        QTest::addColumn<QString>("map");
-        QTest::addColumn<QString>("name");
-        QTest::addColumn<QString>("expected");
-        const QString m = u"obj/obj_team2"_s, bob = u"Bob"_s;
-        QTest::newRow("no variable") << u"Play fair."_s << -1 << m << bob << u"Play fair."_s;
-        QTest::newRow("unknown and capitals stay") << u"%MAP% %foo% %map"_s << 1 << m << bob << u"%MAP% %foo% %map"_s;
-        QTest::newRow("statistics") << u"%pingkicks%%bankicks%%banadds%%players%%totalplayers%%checks%%tkkicks%%totalmaps%%avgping%"_s
-                                    << -1 << m << bob << u"123456789"_s;
-        QTest::newRow("start and uptime") << u"%startdate% %starttime% up %uptime%"_s << -1 << m << bob
-                                          << u"2026-11-20 06:29:00 up 2d / 6h"_s;
-        QTest::newRow("server and limits") << u"%serverip%:%serverport% %pinglimit% for %pingtime%s"_s << -1 << m << bob
-                                           << u"203.0.113.5:12203 750 for 60s"_s;
-        QTest::newRow("list counts") << u"%numbanip%/%numbanname%"_s << -1 << m << bob << u"2/0"_s;
-        QTest::newRow("player fields") << u"%name% [%ip%] %ping%"_s << 1 << m << bob << u"Bob [192.0.2.9] ZMBI"_s;
-        QTest::newRow("no player: fields stay") << u"%name% [%ip%] %ping% on %map%"_s << -1 << m << bob
-                                                << u"%name% [%ip%] %ping% on obj/obj_team2"_s;
-        QTest::newRow("percent before a variable") << u"%%name%"_s << 1 << m << bob << u"%Bob"_s;
-        QTest::newRow("later pass expands a value") << u"%name%"_s << 1 << m << u"%map%"_s << m;
-        QTest::newRow("earlier pass does not") << u"%map%"_s << 1 << u"%name%"_s << bob << u"%name%"_s;
-        QTest::newRow("no rescan") << u"%name%!"_s << 1 << m << u"%name%"_s << u"%name%!"_s;
-        QTest::newRow("left to right, no overlap") << u"%map%map%"_s << -1 << m << bob << u"obj/obj_team2map%"_s;
-        QTest::newRow("nothing but empty maps stays") << u"%map%%map%"_s << -1 << QString() << bob << u"%map%%map%"_s;
-        QTest::newRow("empty map beside text") << u"on %map%"_s << -1 << QString() << bob << u"on "_s;
-    }
-
-    // Noon of 2026-11-22; the program started on the 20th at 06:29, 5.52 hours before the hour now.
+    // The program started on the 20th at 06:29, 5.52 hours before the hour now (noon of the 22nd).
     void expand()
     {
-        QFETCH(int, player);
         EngineWorld w;
         TestEnv::writeFile(w.env.workDir() + u"bannedIP.txt"_s, "192.0.2.1\r\n192.0.2.1\r\n");
         w.engine.LoadSettings(u"quorvane12"_s);
@@ -179,16 +127,32 @@ private Q_SLOTS:
         s.starttime = (6 * 60 + 29) / 1440.0;
         s.pingkicks = 1, s.bankicks = 2, s.banadds = 3, s.players = 4, s.totalplayers = 5;
         s.checks = 6, s.tkkicks = 7, s.totalmaps = 8, s.avgping = 9;
-        QFETCH(QString, map);
-        s.map = map;
         w.engine.settings.Host = u"203.0.113.5"_s;
         PlayerRecord &r = w.engine.players().currentPlayers[1];
-        QFETCH(QString, name);
-        r.name = name;
-        r.ip = u"192.0.2.9"_s;
-        r.ping = u"ZMBI"_s;
-        QFETCH(QString, message);
-        QTEST(w.engine.ExpandVariables(message, player), "expected");
+        r.ip = u"192.0.2.9"_s, r.ping = u"ZMBI"_s;
+        const QString m = u"obj/obj_team2"_s, bob = u"Bob"_s;
+        // message, player, map, name, expected
+        const QList<std::tuple<QString, int, QString, QString, QString>> rows{
+            {u"Play fair."_s, -1, m, bob, u"Play fair."_s},
+            {u"%MAP% %foo% %map"_s, 1, m, bob, u"%MAP% %foo% %map"_s},
+            {u"%pingkicks%%bankicks%%banadds%%players%%totalplayers%%checks%%tkkicks%%totalmaps%%avgping%"_s, -1, m, bob, u"123456789"_s},
+            {u"%startdate% %starttime% up %uptime%"_s, -1, m, bob, u"2026-11-20 06:29:00 up 2d / 6h"_s},
+            {u"%serverip%:%serverport% %pinglimit% for %pingtime%s"_s, -1, m, bob, u"203.0.113.5:12203 750 for 60s"_s},
+            {u"%numbanip%/%numbanname%"_s, -1, m, bob, u"2/0"_s},
+            {u"%name% [%ip%] %ping%"_s, 1, m, bob, u"Bob [192.0.2.9] ZMBI"_s},
+            {u"%name% [%ip%] %ping% on %map%"_s, -1, m, bob, u"%name% [%ip%] %ping% on obj/obj_team2"_s}, // no player: they stay
+            {u"%%name%"_s, 1, m, bob, u"%Bob"_s},
+            {u"%name%"_s, 1, m, u"%map%"_s, m},                     // a later pass expands a value
+            {u"%map%"_s, 1, u"%name%"_s, bob, u"%name%"_s},         // an earlier one does not
+            {u"%name%!"_s, 1, m, u"%name%"_s, u"%name%!"_s},        // no rescan
+            {u"%map%map%"_s, -1, m, bob, u"obj/obj_team2map%"_s},   // left to right, no overlap
+            {u"%map%%map%"_s, -1, QString(), bob, u"%map%%map%"_s}, // nothing but empty values stays
+            {u"on %map%"_s, -1, QString(), bob, u"on "_s}};
+        for (const auto &[message, player, map, name, expected] : rows) {
+            s.map = map;
+            r.name = name;
+            QCOMPARE(w.engine.ExpandVariables(message, player), expected);
+        }
     }
 
     void computedValues()
@@ -241,73 +205,57 @@ private Q_SLOTS:
         QCOMPARE(w.said(expected.size()).mid(0, expected.size()), expected);
     }
 
-    void count_data()
-    {
-        QTest::addColumn<qint32>("every");
-        QTest::addColumn<QList<qint32>>("counts");
-        QTest::newRow("3 minutes") << 3 << QList<qint32>{1, 2, 0, 1, 2, 0};
-        QTest::newRow("1 minute") << 1 << QList<qint32>{0, 0, 0};
-        QTest::newRow("0 is every tick") << 0 << QList<qint32>{0, 0, 0};
-    }
-
-    // With the engine stopped the count still runs and returns to 0, and nothing is said.
+    // With the engine stopped the count still runs and returns to 0 at each due tick (every
+    // tick for 0 or less), nothing is said, and only "ON" arms the timer.
     void count()
     {
-        QFETCH(qint32, every);
-        QFETCH(QList<qint32>, counts);
         Announcing w;
         w.messages("x\r\n"_ba);
-        w.engine.settings.lngAnnounce = every;
         Announcer &a = w.engine.announcer();
         QList<qint32> seen;
         connect(&a.timAnnounce, &Ticker::tick, this, [&] { seen << a.announceTicks; });
-        a.announceTicks = 5;
-        a.Announce_Timer_Control(u"ON"_s);
-        QCOMPARE(a.announceTicks, 0);
-        QVERIFY(QTest::qWaitFor([&] { return seen.size() >= counts.size(); }, 5000));
-        QCOMPARE(seen.mid(0, counts.size()), counts);
-        a.announceTicks = 2;
-        a.Announce_Timer_Control(u"on"_s); // anything but "ON" stops it
-        QVERIFY(!a.timAnnounce.isActive() && a.announceTicks == 0);
+        QList<QList<qint32>> counts;
+        for (const qint32 every : {3, 1, 0}) {
+            w.engine.settings.lngAnnounce = every;
+            a.announceTicks = 5;
+            seen.clear();
+            a.Announce_Timer_Control(u"ON"_s);
+            QVERIFY(QTest::qWaitFor([&] { return seen.size() >= 6; }, 5000));
+            counts << seen.mid(0, 6);
+            a.announceTicks = 2;
+            a.Announce_Timer_Control(u"on"_s);
+            QVERIFY(!a.timAnnounce.isActive() && a.announceTicks == 0);
+        }
+        QCOMPARE(counts, QList<QList<qint32>>({{1, 2, 0, 1, 2, 0}, {0, 0, 0, 0, 0, 0}, {0, 0, 0, 0, 0, 0}}));
         QVERIFY(w.peer.received.isEmpty());
     }
 
-    // Random picks reach every line and leave the sequence where it stood.
-    void randomPicksAll()
+    // A refused announcement (the queue draining) is dropped, said in the pane and the log,
+    // and the sequence moves on; random picks reach every line and leave the sequence be.
+    void byHand()
     {
         Announcing w;
         w.messages("a\r\nb\r\nc\r\n"_ba);
         w.engine.link().bind(0);
-        w.engine.settings.MsgRandom = true;
-        w.engine.lists().nextMessage = 1;
-        w.engine.engineRunning = true;
-        for (int i = 0; i < 40; ++i)
-            w.engine.announcer().timAnnounce_Timer();
-        QStringList said = w.said(40);
-        said.removeDuplicates();
-        said.sort();
-        QCOMPARE(said, QStringList({u"say [Quorvane]: a"_s, u"say [Quorvane]: b"_s, u"say [Quorvane]: c"_s}));
-        QCOMPARE(w.engine.lists().nextMessage, 1);
-    }
-
-    // While the queue drains the announcement is refused and dropped; the sequence moves on.
-    void refusedWhileDraining()
-    {
-        Announcing w;
-        w.messages("a\r\nb\r\n"_ba);
-        w.engine.link().bind(0);
         w.engine.settings.SaveLog = true;
         w.engine.log().OpenLog();
         w.engine.engineRunning = true;
-        w.engine.queueDraining = true;
         Announcer &a = w.engine.announcer();
+        w.engine.queueDraining = true;
         a.timAnnounce_Timer();
+        w.engine.queueDraining = false;
         QCOMPARE(w.engine.pane().text(), u"Error sending timed announcement.\r\n"_s);
         QVERIFY(w.file(u"servlog.txt"_s).endsWith("\r\n\r\nError sending timed announcement.\r\n\r\n"));
-        QCOMPARE(w.engine.lists().nextMessage, 1);
-        w.engine.queueDraining = false;
         a.timAnnounce_Timer();
         QCOMPARE(w.said(1), QStringList{u"say [Quorvane]: b"_s});
+        w.engine.settings.MsgRandom = true;
+        for (int i = 0; i < 40; ++i)
+            a.timAnnounce_Timer();
+        QStringList said = w.said(41).mid(1);
+        said.removeDuplicates();
+        said.sort();
+        QCOMPARE(said, QStringList({u"say [Quorvane]: a"_s, u"say [Quorvane]: b"_s, u"say [Quorvane]: c"_s}));
+        QCOMPARE(w.engine.lists().nextMessage, 2);
     }
 };
 
