@@ -52,6 +52,33 @@ inline void press(QWidget &d, const QString &name)
     control<QAbstractButton>(d, name)->click();
 }
 
+// What a control shows (the current text of a combo box), and typing into a box or a combo box.
+inline QString text(QWidget *box)
+{
+    const QVariant combo = box->property("currentText");
+    return combo.isValid() ? combo.toString() : box->property("text").toString();
+}
+inline void type(QWidget *box, const QString &typed)
+{
+    box->setProperty(box->property("currentText").isValid() ? "currentText" : "text", typed);
+}
+
+// The named controls' texts; their Enabled states as 1 and 0.
+inline QStringList texts(QWidget &d, const QStringList &names)
+{
+    QStringList out;
+    for (const QString &name : names)
+        out << text(control(d, name));
+    return out;
+}
+inline QString enabled(QWidget &d, const QString &names)
+{
+    QString out;
+    for (const QString &name : names.split(u' ', Qt::SkipEmptyParts))
+        out += control(d, name)->isEnabled() ? u'1' : u'0';
+    return out;
+}
+
 // The boxes shown while it lives (the offscreen platform writes them to stderr).
 struct Boxes
 {
