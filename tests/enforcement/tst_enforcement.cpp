@@ -319,11 +319,13 @@ private Q_SLOTS:
     }
 
     // High-ping lines in file order and round again, also when nobody is told; the kick by
-    // name of a row without a slot; the pause behind the words; each reason's statistic.
-    void tellingLines()
+    // name of a row without a slot; an immune row hears why, whatever TellPlayers says; the
+    // pause behind the words; a refused kick moves its statistic and nothing else.
+    void kickWords()
     {
         Table t;
         t.settings.TellPause = 2;
+        t.settings.Ban = true; // BanFor 10: for TKing
         t.list(u"highping.txt"_s, "%name% lags at %ping%\r\n\r\nSorry %name%\r\nBye\r\n"_ba);
         for (const QString &name : {u"A"_s, u"B"_s, u"C"_s, u"D"_s}) {
             t.add(name).ping = u"999"_s;
@@ -331,39 +333,28 @@ private Q_SLOTS:
         }
         QCOMPARE(t.queued.filter(u"say"_s), (QStringList{u"say [Quorvane]: A lags at 999|FFT2"_s, u"say [Quorvane]: Sorry B|FFT2"_s,
                                                           u"say [Quorvane]: Bye|FFT2"_s, u"say [Quorvane]: D lags at 999|FFT2"_s}));
-        t.settings.TellPlayers = false; // the message is used all the same
+        t.settings.TellPlayers = false;
         t.settings.Voice.clear();
         t.add(u" E "_s).num = u" ---- "_s;
         t.stack.kick.kickPlayer(5, u"high ping"_s, true);
+        t.add(u"Imm"_s, u"192.0.2.50"_s);
+        t.stack.kick.kickPlayer(6, u"Rate"_s);
         t.settings.TellPlayers = true;
         t.add(u"F"_s);
-        t.stack.kick.kickPlayer(6, u"for TKing"_s);
-        QCOMPARE(t.queued.mid(8), (QStringList{u"kick \"E\"|TTT0"_s, u"say : Kicked F for for TKing.|FFT2"_s, u"clientkick 6"_s}));
-        QCOMPARE(t.stack.lists.nextHighPingMessage, 2);
-        QCOMPARE(t.stats.pingkicks * 10 + t.stats.tkkicks, 51);
-    }
-
-    // A refused kick moves its statistic and nothing else; an immune row hears why, whatever
-    // TellPlayers says, and nothing moves.
-    void refusedAndImmune()
-    {
-        Table t;
-        t.settings.Ban = true;
-        t.settings.BanFor = 100;
-        t.settings.TellPlayers = false;
-        t.add(u"Bob"_s);
-        t.add(u"Imm"_s, u"192.0.2.50"_s);
+        t.stack.kick.kickPlayer(7, u"for TKing"_s);
         t.stack.refuse = true;
-        t.stack.kick.kickPlayer(1, u"Rate"_s);
-        t.stack.kick.kickPlayer(2, u"Rate"_s);
-        t.settings.TellPlayers = true;
-        t.stack.kick.kickPlayer(1, u"QPort"_s);
-        QCOMPARE(t.players.currentPlayers[1].status + t.players.currentPlayers[2].status, u"OkOk"_s);
-        QCOMPARE(t.stats.bankicks, 2);
-        QCOMPARE(t.queued.at(1), u"say [Quorvane]: Immune (Imm / Rate).|FFT0"_s);
-        QCOMPARE(t.logLines(), (QStringList{u"Error: KickPlayer could't add kick to queue"_s, u"Skipping kick of Imm for Rate due to immunity"_s,
-                                            u"Error: KickPlayer could't add Tell Player"_s, u"Error: KickPlayer could't add kick to queue"_s}));
-        QCOMPARE(t.file(u"banned.txt"_s), QByteArray());
+        t.add(u"G"_s);
+        t.stack.kick.kickPlayer(8, u"for TKing"_s);
+        QCOMPARE(t.queued.mid(8), (QStringList{u"kick \"E\"|TTT0"_s, u"say : Immune (Imm / Rate).|FFT0"_s, u"say : Kicked F for for TKing.|FFT2"_s,
+                                               u"clientkick 7"_s, u"say : Kicked G for for TKing.|FFT2"_s, u"clientkick 8"_s}));
+        QCOMPARE(t.stack.lists.nextHighPingMessage, 2); // taken for E all the same
+        QCOMPARE(t.stats.pingkicks * 100 + t.stats.tkkicks * 10 + t.stats.bankicks, 520);
+        QCOMPARE(t.players.currentPlayers[6].status + t.players.currentPlayers[7].status + t.players.currentPlayers[8].status,
+                 u"OkKicked (for TKing)Ok"_s);
+        QCOMPARE(t.file(u"banned.txt"_s), "F\r\n"_ba);
+        QCOMPARE(t.logLines().mid(5), (QStringList{u"Skipping kick of Imm for Rate due to immunity"_s, u"Banned name/IP F/192.0.2.1 for TKing"_s,
+                                                   u"Kicked F [192.0.2.1] for for TKing."_s, u"Error: KickPlayer could't add Tell Player"_s,
+                                                   u"Error: KickPlayer could't add kick to queue"_s}));
     }
 
     // Which kick reasons BanFor bans for; "took": the name was taken after joining.

@@ -56,38 +56,18 @@ class TestMessages : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    // Each table holds its own file in its own form.
-    void forms()
-    {
-        EngineWorld w;
-        const QByteArray bytes[] = {"   \r\n\t\r\n abc\r\n\r\n;not a comment", "one\ntwo\rthree\r\n", " S\xF6ren \r\nS\xF6ren\r\n",
-                                    "  192.0.2.1  \r\n192.0.2.1\t\r\n", "Foo bar \r\n\xE9t\xDF\xFF\r\n", "192.0.2.1 \r\n"};
-        for (int i = 0; i < files.size(); ++i)
-            TestEnv::writeFile(w.env.workDir() + files[i], bytes[i]);
-        w.engine.LoadSettings(u"quorvane12"_s);
-        QList<QStringList> tables;
-        for (int i = 0; i < files.size(); ++i) {
-            tables.append(QStringList());
-            for (qint32 k = 0; k <= tableOf(w.engine.lists(), i).top; ++k)
-                tables.last().append(tableOf(w.engine.lists(), i).at(k));
-        }
-        QCOMPARE(tables, QList<QStringList>({{u"\t"_s, u" abc"_s, u";not a comment"_s}, // blanks skipped, no comments
-                                             {u"one"_s, u"two"_s, u"three"_s},           // LF and CR end lines too
-                                             {u" S\u00F6ren "_s, u"S\u00F6ren"_s},       // as read, Latin-1
-                                             {u"192.0.2.1"_s, u"192.0.2.1\t"_s},         // trimmed of blanks only
-                                             {u"FOO BAR "_s, u"\u00C9T\u00DF\u00FF"_s}, // upper case, blanks stay
-                                             {u"192.0.2.1 "_s}}));
-    }
-
-    // Missing files are created empty; 2048 entries load, blank lines between them not
-    // counted and a line of a tab counted; a 2049th ends the program with the loader's words.
-    void bound()
+    // Missing files are created empty. Each table holds its own file in its own form; 2048
+    // entries load, any line end ends a line, lines of blanks do not count, a line of a tab
+    // and one that begins with a semicolon do; a 2049th ends the program with the loader's words.
+    void listsLoad()
     {
         const QStringList words{u"server messages"_s, u"high ping messages"_s, u"banned names"_s,
                                 u"banned IPs"_s,      u"bad names"_s,          u"Immune IPs"_s};
-        QByteArray lines;
-        for (int i = 0; i < 2047; ++i)
-            lines += "x" + QByteArray::number(i) + "\r\n \r\n";
+        const QStringList first{u" S\u00F6ren b "_s, u" S\u00F6ren b "_s, u" S\u00F6ren b "_s,
+                                u"S\u00F6ren b"_s,   u" S\u00D6REN B "_s, u" S\u00F6ren b "_s};
+        QByteArray lines = " S\xF6ren b \r\n";
+        for (int i = 1; i < 2047; ++i)
+            lines += ";" + QByteArray::number(i) + (i % 2 ? "\n \r" : "\r\n \r\n");
         lines += "\t\r\n\r\n";
         for (int which = 0; which < files.size(); ++which) {
             EngineWorld w;
@@ -95,8 +75,9 @@ private Q_SLOTS:
             w.engine.LoadSettings(u"quorvane12"_s);
             for (const QString &file : files)
                 QVERIFY(QFile::exists(w.env.workDir() + file));
-            QCOMPARE(tableOf(w.engine.lists(), which).top, 2047);
-            QCOMPARE(tableOf(w.engine.lists(), which).at(2047), u"\t"_s);
+            const ListTable &t = tableOf(w.engine.lists(), which);
+            QCOMPARE(QStringList({QString::number(t.top), t.at(0), t.at(1), t.at(2047)}),
+                     QStringList({u"2047"_s, first[which], u";1"_s, u"\t"_s}));
             TestEnv::writeFile(w.env.workDir() + files[which], lines + "x2048\r\n");
             QVERIFY_THROWS_EXCEPTION(FatalExit, w.engine.LoadSettings(u"quorvane12"_s));
             QVERIFY2(w.file(u"ErrLog.txt"_s).contains("AppMsg: Error loading " + words[which].toLatin1() + "\"\r\n"), qPrintable(files[which]));
@@ -162,9 +143,10 @@ private Q_SLOTS:
         QCOMPARE(w.engine.ExpandVariables(u"%pingtime%"_s, -1), u"25.005"_s);
     }
 
-    // Armed by the load of the window: one announcement a minute while the engine runs, in
-    // turn and round again, blank lines skipped, the head from the trimmed voice, no player's
-    // variables. A blank voice leaves no colon; an emptied file leaves the old first line.
+    // Armed by the load of the window, a minute a tick: with the engine stopped every second
+    // tick is due and says nothing; running, the lines go in turn and round again, blank ones
+    // skipped, the head from the trimmed voice, no player's variables. Only "ON" arms the
+    // timer. A blank voice leaves no colon; an emptied file leaves the old first line.
     void said()
     {
         Announcing w;
@@ -173,44 +155,28 @@ private Q_SLOTS:
         s.Voice = u"  [Q]  "_s;
         w.engine.stats.map = u"dm/mohdm1"_s;
         s.intAnnouce = 1, s.LocalPort = 0, s.Port = w.peer.socket.localPort(), s.Host = u"127.0.0.1"_s, s.Pwd = u"pw"_s;
+        s.lngAnnounce = 2;
         w.engine.Form_Load(QString()); // puts the settings into the fields
         Announcer &a = w.engine.announcer();
         QVERIFY(a.timAnnounce.isActive() && a.timAnnounce.interval() == 60000);
+        QList<qint32> counts;
+        connect(&a.timAnnounce, &Ticker::tick, this, [&] { counts << a.announceTicks; });
+        QVERIFY(QTest::qWaitFor([&] { return counts.size() >= 4; }, 5000));
+        QVERIFY(w.peer.received.isEmpty());
         w.engine.engineRunning = true; // as Start leaves it, without its status exchange
         const QString var = u"dm/mohdm1 %name%%ip% 0/750"_s;
         QCOMPARE(w.said(3).mid(0, 3), QStringList({u"say [Q]: one"_s, u"say [Q]: "_s + var, u"say [Q]: one"_s}));
-        a.Announce_Timer_Control(u"OFF"_s);
+        a.announceTicks = 1;
+        a.Announce_Timer_Control(u"on"_s);
+        QVERIFY(!a.timAnnounce.isActive() && a.announceTicks == 0);
+        QCOMPARE(counts.mid(0, 4), QList<qint32>({1, 0, 1, 0}));
         const qsizetype before = w.said(3).size();
+        s.lngAnnounce = 0; // every tick
         s.Voice = u"   "_s;
         a.timAnnounce_Timer();
         w.messages(""_ba);
         a.timAnnounce_Timer();
         QCOMPARE(w.said(before + 2).mid(before), QStringList({u"say "_s + var, u"say one"_s}));
-    }
-
-    // With the engine stopped the count still runs and returns to 0 at each due tick (every
-    // tick for 0 or less), nothing is said, and only "ON" arms the timer.
-    void count()
-    {
-        Announcing w;
-        w.messages("x\r\n"_ba);
-        Announcer &a = w.engine.announcer();
-        QList<qint32> seen;
-        connect(&a.timAnnounce, &Ticker::tick, this, [&] { seen << a.announceTicks; });
-        QList<QList<qint32>> counts;
-        for (const qint32 every : {3, 1, 0}) {
-            w.engine.settings.lngAnnounce = every;
-            a.announceTicks = 5;
-            seen.clear();
-            a.Announce_Timer_Control(u"ON"_s);
-            QVERIFY(QTest::qWaitFor([&] { return seen.size() >= 6; }, 5000));
-            counts << seen.mid(0, 6);
-            a.announceTicks = 2;
-            a.Announce_Timer_Control(u"on"_s);
-            QVERIFY(!a.timAnnounce.isActive() && a.announceTicks == 0);
-        }
-        QCOMPARE(counts, QList<QList<qint32>>({{1, 2, 0, 1, 2, 0}, {0, 0, 0, 0, 0, 0}, {0, 0, 0, 0, 0, 0}}));
-        QVERIFY(w.peer.received.isEmpty());
     }
 
     // A refused announcement (the queue draining) is dropped, said in the pane and the log,
