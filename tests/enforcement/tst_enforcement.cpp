@@ -40,9 +40,10 @@ struct Live
         for (const SimPlayer &p : players)
             sim.addPlayer(p);
     }
-    void lists(const QString &file, const QByteArray &bytes)
+    void lists(const QList<std::pair<QString, QByteArray>> &files)
     {
-        TestEnv::writeFile(w.env.workDir() + file, bytes);
+        for (const auto &[file, bytes] : files)
+            TestEnv::writeFile(w.env.workDir() + file, bytes);
         w.engine.lists().LoadAll();
     }
     // One check; what the server got from it, without framing and password.
@@ -134,7 +135,6 @@ private Q_SLOTS:
                                     "say [Quorvane]: Kicked Rhigh for Rate.", "clientkick 6"}));
         QCOMPARE(rig.left(), (Wire{"Steady", "Edge"}));
         QCOMPARE(rig.w.file(u"banned.txt"_s) + rig.w.file(u"bannedIP.txt"_s), "Teamkiller\r\n192.0.2.3\r\n"_ba);
-        QCOMPARE(rig.w.view.grid.rows.at(2).cells.at(6), u"Kicked (for TKing)"_s);
         // The kick is echoed in the pane, the words to the players are not.
         QVERIFY(rig.w.view.pane.contains(u">clientkick 2\r\n"_s) && !rig.w.view.pane.contains(u">say"_s));
     }
@@ -146,10 +146,8 @@ private Q_SLOTS:
         rig.s.StatusInterval = 2; // the cheap scan first: no slots, no addresses
         rig.s.NameCheck = rig.s.Ban = true;
         rig.s.BanFor = 100;
-        rig.lists(u"banned.txt"_s, "villain\r\n");
-        rig.lists(u"bannedIP.txt"_s, "198.51.100.9\r\n192.0.2.50\r\n");
-        rig.lists(u"badnames.txt"_s, "cheat\r\n");
-        rig.lists(u"immuneIP.txt"_s, "192.0.2.50\r\n");
+        rig.lists({{u"banned.txt"_s, "villain\r\n"}, {u"bannedIP.txt"_s, "198.51.100.9\r\n192.0.2.50\r\n"},
+                   {u"badnames.txt"_s, "cheat\r\n"}, {u"immuneIP.txt"_s, "192.0.2.50\r\n"}});
         QCOMPARE(rig.check(), (Wire{"getStatus", "say [Quorvane]: Kicked Villain for banned name.", "kick \"Villain\"",
                                     "say [Quorvane]: Kicked xCHEATx for bad word in name.", "kick \"xCHEATx\""}));
         QCOMPARE(rig.check(), (Wire{"status", "say [Quorvane]: Kicked Sneaky for banned IP.", "clientkick 1",
@@ -173,7 +171,7 @@ private Q_SLOTS:
     {
         Live rig{player(0, "Steady", "192.0.2.1", 0, 750), player(1, "Laggy", "192.0.2.2", 0, 751)};
         rig.s.KickPing = rig.s.Ban = true, rig.s.BanFor = 100; // all but high pings
-        rig.lists(u"highping.txt"_s, "%name%, your ping of %ping% is over %pinglimit%.\r\n");
+        rig.lists({{u"highping.txt"_s, "%name%, your ping of %ping% is over %pinglimit%.\r\n"}});
         QStringList warns;
         Wire said;
         for (const QByteArray step : {"751", "751", "ZMBI", "100", "751", "map", "skip", "751"}) {
@@ -201,7 +199,7 @@ private Q_SLOTS:
     {
         Live rig{player(0, "^1Gone", "192.0.2.1")};
         rig.s.ForceKick = true;
-        rig.lists(u"banned.txt"_s, "Ghost\r\n^1Gone\r\n");
+        rig.lists({{u"banned.txt"_s, "Ghost\r\n^1Gone\r\n"}});
         // No other policy needs this cycle's table: through the queue, and the cycle ends.
         QCOMPARE(rig.check(), (Wire{"kick \"Ghost\"", "kick \"^1Gone\""}));
         QVERIFY(rig.left().isEmpty());
@@ -245,7 +243,7 @@ private Q_SLOTS:
         QCOMPARE(words ? NamePolicies::kickBadNamePlayers(t.stack.context) : NamePolicies::kickBannedPlayers(t.stack.context), k.hits);
         QCOMPARE(t.players.currentPlayers[1].status, k.status);
         QCOMPARE(t.queued.size(), k.status == u"Ok" ? k.hits : 2); // an immune row hears a line per hit
-        QCOMPARE(t.logLines().last(), (words ? u"kickBadNamePlayers: %1 players kicked."_s : u"kickBannedPlayers: %1 players kicked."_s).arg(k.hits));
+        QCOMPARE(t.logLines().last(), u"%1: %2 players kicked."_s.arg(words ? u"kickBadNamePlayers"_s : u"kickBannedPlayers"_s).arg(k.hits));
     }
 
     void impersonators_data()
@@ -281,12 +279,10 @@ private Q_SLOTS:
         b.jointime -= k.how.contains(u'T') ? 0.01 : 0;
         ImpersonatorPolicy::kickImpersonators(t.stack.context);
         const QString name = k.act.endsWith(u'1') ? k.nameA : k.nameB;
-        QStringList expected;
-        if (k.act.startsWith(u"warn"))
-            expected << u"say WARNING: "_s + name + u" - there is another player already playing with that name. You have 60 sec to change your name."_s;
-        else if (!k.act.isEmpty())
-            expected << u"say [Quorvane]: Kicked "_s + name + u" for stealing names.|FFT0"_s << u"clientkick "_s + k.act.right(1);
-        QCOMPARE(t.queued, expected);
+        const QString warning = u"say WARNING: "_s + name
+            + u" - there is another player already playing with that name. You have 60 sec to change your name."_s;
+        QCOMPARE(t.queued.join(u'\n'), k.act.isEmpty() ? QString() : k.act.startsWith(u"warn") ? warning
+                 : u"say [Quorvane]: Kicked "_s + name + u" for stealing names.|FFT0\nclientkick "_s + k.act.right(1));
         QCOMPARE(t.logLines().last(), u"kickImpersonators: %1 players kicked."_s.arg(k.act.startsWith(u"kick") ? 1 : 0));
         QCOMPARE(t.file(u"banned.txt"_s) + t.file(u"bannedIP.txt"_s), k.how.contains(u'T') ? "192.0.2.2\r\n"_ba : QByteArray());
     }
@@ -318,8 +314,7 @@ private Q_SLOTS:
     void kickWords()
     {
         Table t;
-        t.settings.TellPause = 2;
-        t.settings.Ban = true; // BanFor 10: for TKing
+        t.settings.TellPause = 2, t.settings.Ban = true; // BanFor 10: for TKing
         t.list(u"highping.txt"_s, "%name% lags at %ping%\r\n\r\nSorry %name%\r\nBye\r\n"_ba);
         for (const QString &name : {u"A"_s, u"B"_s, u"C"_s, u"D"_s}) {
             t.add(name).ping = u"999"_s;
@@ -327,8 +322,7 @@ private Q_SLOTS:
         }
         QCOMPARE(t.queued.filter(u"say"_s), (QStringList{u"say [Quorvane]: A lags at 999|FFT2"_s, u"say [Quorvane]: Sorry B|FFT2"_s,
                                                           u"say [Quorvane]: Bye|FFT2"_s, u"say [Quorvane]: D lags at 999|FFT2"_s}));
-        t.settings.TellPlayers = false;
-        t.settings.Voice.clear();
+        t.settings.TellPlayers = false, t.settings.Voice.clear();
         t.add(u" E "_s).num = u" ---- "_s;
         t.stack.kick.kickPlayer(5, u"high ping"_s, true);
         t.add(u"Imm"_s, u"192.0.2.50"_s);
@@ -339,15 +333,17 @@ private Q_SLOTS:
         t.stack.refuse = true;
         t.add(u"G"_s);
         t.stack.kick.kickPlayer(8, u"for TKing"_s);
-        QCOMPARE(t.queued.mid(8), (QStringList{u"kick \"E\"|TTT0"_s, u"say : Immune (Imm / Rate).|FFT0"_s, u"say : Kicked F for for TKing.|FFT2"_s,
-                                               u"clientkick 7"_s, u"say : Kicked G for for TKing.|FFT2"_s, u"clientkick 8"_s}));
+        QCOMPARE(t.queued.mid(8), (QStringList{u"kick \"E\"|TTT0"_s, u"say : Immune (Imm / Rate).|FFT0"_s,
+                                               u"say : Kicked F for for TKing.|FFT2"_s, u"clientkick 7"_s,
+                                               u"say : Kicked G for for TKing.|FFT2"_s, u"clientkick 8"_s}));
         QCOMPARE(t.stack.lists.nextHighPingMessage, 2); // taken for E all the same
         QCOMPARE(t.stats.pingkicks * 100 + t.stats.tkkicks * 10 + t.stats.bankicks, 520);
         QCOMPARE(t.players.currentPlayers[6].status + t.players.currentPlayers[7].status + t.players.currentPlayers[8].status,
                  u"OkKicked (for TKing)Ok"_s);
         QCOMPARE(t.file(u"banned.txt"_s), "F\r\n"_ba);
-        QCOMPARE(t.logLines().mid(5), (QStringList{u"Skipping kick of Imm for Rate due to immunity"_s, u"Banned name/IP F/192.0.2.1 for TKing"_s,
-                                                   u"Kicked F [192.0.2.1] for for TKing."_s, u"Error: KickPlayer could't add Tell Player"_s,
+        QCOMPARE(t.logLines().mid(5), (QStringList{u"Skipping kick of Imm for Rate due to immunity"_s,
+                                                   u"Banned name/IP F/192.0.2.1 for TKing"_s, u"Kicked F [192.0.2.1] for for TKing."_s,
+                                                   u"Error: KickPlayer could't add Tell Player"_s,
                                                    u"Error: KickPlayer could't add kick to queue"_s}));
     }
 
@@ -356,14 +352,17 @@ private Q_SLOTS:
         QTest::addColumn<BanRow>("k");
         const QString ip = u"192.0.2.1"_s, tk = u"for TKing"_s, steal = u"stealing names"_s, none = u"----"_s;
         const QStringList skipped = {u"Skipped banning IP of Bob due to unknown IP"_s};
-        const QByteArray at = " on 2026-11-22 at 12:00:00 ", both = "Banned IP & name 192.0.2.1 / Bob" + at, b = "Bob\r\n", a = "192.0.2.1\r\n";
-        QTest::newRow("address") << BanRow{1, ip, tk, ""_ba, a, {u"Banned IP 192.0.2.1 for TKing"_s}, "Banned IP 192.0.2.1 (Bob)" + at + "for TKing\r\n", 1};
+        const QByteArray at = " on 2026-11-22 at 12:00:00 ", both = "Banned IP & name 192.0.2.1 / Bob" + at;
+        const QByteArray b = "Bob\r\n", a = "192.0.2.1\r\n";
+        QTest::newRow("address") << BanRow{1, ip, tk, ""_ba, a, {u"Banned IP 192.0.2.1 for TKing"_s},
+                                           "Banned IP 192.0.2.1 (Bob)" + at + "for TKing\r\n", 1};
         QTest::newRow("address unknown") << BanRow{1, none, tk, ""_ba, ""_ba, skipped, ""_ba, 0};
         QTest::newRow("name") << BanRow{2, ip, tk, b, ""_ba, {u"Banned name Bob for TKing"_s}, "Banned name Bob" + at + "for TKing\r\n", 1};
         QTest::newRow("name, stolen") << BanRow{2, ip, steal, ""_ba, ""_ba, {}, ""_ba, 0};
         QTest::newRow("both") << BanRow{3, ip, tk, b, a, {u"Banned name/IP Bob/192.0.2.1 for TKing"_s}, both + "for TKing\r\n", 1};
         QTest::newRow("both, address unknown") << BanRow{3, none, tk, b, ""_ba, skipped, ""_ba, 1};
-        QTest::newRow("both, stolen") << BanRow{3, ip, steal, ""_ba, a, {u"Banned name/IP Bob/192.0.2.1 stealing names"_s}, both + "stealing names\r\n", 1};
+        QTest::newRow("both, stolen") << BanRow{3, ip, steal, ""_ba, a, {u"Banned name/IP Bob/192.0.2.1 stealing names"_s},
+                                                both + "stealing names\r\n", 1};
         QTest::newRow("unknown type") << BanRow{0, ip, tk, ""_ba, ""_ba, {u"Error in Ban"_s}, ""_ba, 0};
     }
 
@@ -376,11 +375,14 @@ private Q_SLOTS:
         t.settings.BanFor = 0;
         t.settings.BanType = k.type;
         t.add(u"Bob"_s, k.ip);
-        const auto files = [&t] { return t.file(u"banned.txt"_s) + '|' + t.file(u"bannedIP.txt"_s) + '|' + t.file(u"ReasonBanned.txt"_s); };
+        const auto files = [&t] {
+            return t.file(u"banned.txt"_s) + '|' + t.file(u"bannedIP.txt"_s) + '|' + t.file(u"ReasonBanned.txt"_s);
+        };
         t.stack.ban.Ban(1, k.reason, true);
         QCOMPARE(files(), k.banned + '|' + k.bannedIP + '|' + k.record);
         QCOMPARE(t.logLines(), k.log);
-        QCOMPARE(t.stack.lists.bannedNameTop() * 10 + t.stack.lists.bannedIPTop(), qint32((k.banned.count('\n') - 1) * 10 + k.bannedIP.count('\n') - 1));
+        QCOMPARE(t.stack.lists.bannedNameTop(), qint32(k.banned.count('\n')) - 1); // reloaded
+        QCOMPARE(t.stack.lists.bannedIPTop(), qint32(k.bannedIP.count('\n')) - 1);
         t.settings.SaveLog = false;
         t.stack.ban.Ban(1, k.reason, true);
         QCOMPARE(files(), k.banned + k.banned + '|' + k.bannedIP + k.bannedIP + '|' + k.record);

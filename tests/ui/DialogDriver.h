@@ -47,10 +47,7 @@ T *control(QWidget &d, const QString &name)
     return found;
 }
 
-inline void press(QWidget &d, const QString &name)
-{
-    control<QAbstractButton>(d, name)->click();
-}
+inline void press(QWidget &d, const QString &name) { control<QAbstractButton>(d, name)->click(); }
 
 // What a control shows (the current text of a combo box), and typing into a box or a combo box.
 inline QString text(QWidget *box)
@@ -63,14 +60,7 @@ inline void type(QWidget *box, const QString &typed)
     box->setProperty(box->property("currentText").isValid() ? "currentText" : "text", typed);
 }
 
-// The named controls' texts; their Enabled states as 1 and 0.
-inline QStringList texts(QWidget &d, const QStringList &names)
-{
-    QStringList out;
-    for (const QString &name : names)
-        out << text(control(d, name));
-    return out;
-}
+// The named controls' Enabled states, as 1 and 0.
 inline QString enabled(QWidget &d, const QString &names)
 {
     QString out;
