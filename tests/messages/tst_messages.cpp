@@ -115,7 +115,7 @@ private Q_SLOTS:
         // message, player, map, name, expected
         const QList<std::tuple<QString, int, QString, QString, QString>> rows{
             {u"Play fair."_s, -1, m, bob, u"Play fair."_s},
-            {u"%MAP% %foo% %map"_s, 1, m, bob, u"%MAP% %foo% %map"_s},
+            {u"%MAP% %foo% %map% %map"_s, 1, m, bob, u"%MAP% %foo% obj/obj_team2 %map"_s}, // capitals and others stay
             {u"%pingkicks%%bankicks%%banadds%%players%%totalplayers%%checks%%tkkicks%%totalmaps%%avgping%"_s, -1, m, bob, u"123456789"_s},
             {u"%startdate% %starttime% up %uptime%"_s, -1, m, bob, u"2026-11-20 06:29:00 up 2d / 6h"_s},
             {u"%serverip%:%serverport% %pinglimit% for %pingtime%s"_s, -1, m, bob, u"203.0.113.5:12203 750 for 60s"_s},
