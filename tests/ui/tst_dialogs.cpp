@@ -376,10 +376,10 @@ private Q_SLOTS:
     // The typed command goes out bare; a typed clientkick can lead to a ban of that slot.
     void otherCommand_data()
     {
-        QTest::addColumn<Typed>("k"); // how: B, Ban on; Y, answer Yes; E, Enter instead of Send; D, a drain under way
+        QTest::addColumn<Typed>("k"); // how: B, Ban on; Y, answer Yes; E, Enter, not Send; D, a drain under way; S, started
         const QString q = u"Do you want to ban Kestrel?"_s;
         QTest::newRow("ban answered yes") << Typed{u"clientkick 5"_s, u"BY"_s, "clientkick 5"_ba, q, true};
-        QTest::newRow("by Enter") << Typed{u"clientkick 5 "_s, u"BYE"_s, "clientkick 5"_ba, q, true};
+        QTest::newRow("by Enter, engine running") << Typed{u"clientkick 5 "_s, u"BYES"_s, "clientkick 5"_ba, q, true};
         QTest::newRow("ban answered no") << Typed{u"clientkick 5"_s, u"B"_s, "clientkick 5"_ba, q, false};
         QTest::newRow("ban switch off") << Typed{u"clientkick 5"_s, u"Y"_s, "clientkick 5"_ba, {}, false};
         QTest::newRow("no such slot") << Typed{u"clientkick 4"_s, u"BY"_s, "clientkick 4"_ba, {}, false};
@@ -395,10 +395,13 @@ private Q_SLOTS:
     {
         QFETCH(Typed, k);
         Rig rig;
-        rig.w.settings().Ban = k.how.contains(u'B');
+        rig.w.settings().Ban = k.how.contains(u'B'), rig.w.settings().CheckInt = 60000;
         rig.w.settings().BanFor = 10; // no kick reason of the typed command would ban by itself
         Prompts::clearLastText();
+        if (k.how.contains(u'S'))
+            rig.trigger(u"cmdStart"_s); // stopped while the dialog stands, started again after it
         QVERIFY(whileOpen<frmOther>([&] { rig.trigger(u"mnuOther"_s); }, [&](frmOther &d) {
+            QVERIFY(!rig.e.engineRunning);
             auto *box = control<QLineEdit>(d, u"txtCommand"_s);
             box->setFocus();
             QTest::keyClicks(box, k.typed);
@@ -415,10 +418,12 @@ private Q_SLOTS:
             QVERIFY(!d.isVisible());
         }));
         Prompts::setNextAnswer(QMessageBox::NoButton);
-        QCOMPARE(rig.wire(), k.sent.isEmpty() ? Wire{} : Wire{k.sent});
+        Wire wire = rig.wire();
+        wire.removeAll("status"); // the start's and the restart's own
+        QCOMPARE(wire, k.sent.isEmpty() ? Wire{} : Wire{k.sent});
         QCOMPARE(Prompts::lastText(), k.box);
-        QCOMPARE(rig.file("banned.txt"), k.banned ? "Kestrel\r\n"_ba : QByteArray());
-        QCOMPARE(rig.e.stats.banadds, k.banned ? 1 : 0);
+        QCOMPARE(rig.file("banned.txt") + QByteArray::number(rig.e.stats.banadds), k.banned ? "Kestrel\r\n1"_ba : "0"_ba);
+        QCOMPARE(rig.e.engineRunning, k.how.contains(u'S'));
     }
 };
 
