@@ -239,11 +239,11 @@ private Q_SLOTS:
         for (const QString &file : k.files.split(u' '))
             t.list(file, k.bytes);
         t.add(k.name, k.ip);
-        const bool words = k.files == u"badnames.txt";
-        QCOMPARE(words ? NamePolicies::kickBadNamePlayers(t.stack.context) : NamePolicies::kickBannedPlayers(t.stack.context), k.hits);
+        const bool bad = k.files == u"badnames.txt";
+        QCOMPARE(bad ? NamePolicies::kickBadNamePlayers(t.stack.context) : NamePolicies::kickBannedPlayers(t.stack.context), k.hits);
         QCOMPARE(t.players.currentPlayers[1].status, k.status);
         QCOMPARE(t.queued.size(), k.status == u"Ok" ? k.hits : 2); // an immune row hears a line per hit
-        QCOMPARE(t.logLines().last(), u"%1: %2 players kicked."_s.arg(words ? u"kickBadNamePlayers"_s : u"kickBannedPlayers"_s).arg(k.hits));
+        QCOMPARE(t.logLines().last(), u"%1: %2 players kicked."_s.arg(bad ? u"kickBadNamePlayers"_s : u"kickBannedPlayers"_s).arg(k.hits));
     }
 
     void impersonators_data()
