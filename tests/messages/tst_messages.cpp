@@ -29,9 +29,7 @@ struct Announcing : EngineWorld
     {
         peer.answerWith([](const QByteArray &) { return QList<QByteArray>{"\xff\xff\xff\xffprint\n"_ba}; });
         pointAt(peer.socket.localPort(), u"pw"_s);
-        engine.settings.CommandDelay = 0;
-        engine.settings.lngAnnounce = 1;
-        engine.settings.MsgRandom = false;
+        engine.settings.CommandDelay = 0, engine.settings.MsgRandom = false;
     }
     void messages(const QByteArray &lines)
     {
