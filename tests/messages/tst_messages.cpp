@@ -1,7 +1,10 @@
 // SPDX-License-Identifier: MIT
-// The six lists (file format, table forms, the 2048-entry bound, appending) and the %
-// variables (their order, the rules of their replacement, the two computed values).
+// The six lists (file format, table forms, the 2048-entry bound, appending), the %
+// variables (their order, the rules of their replacement, the computed values) and the
+// announcer on a fast test clock.
 #include "EngineWorld.h"
+#include "link/RconLink.h"
+#include "messages/Announcer.h"
 
 #include <QTest>
 
@@ -18,97 +21,66 @@ const ListTable &tableOf(ListFiles &l, int which)
     return *tables[which];
 }
 
-QStringList entries(const ListTable &t)
+// 600 clock seconds a real second: the minute timer ticks every 100 ms. A peer on loopback
+// stands for the server and answers every command.
+struct Announcing : EngineWorld
 {
-    QStringList out;
-    for (qint32 i = 0; i <= t.top; ++i)
-        out.append(t.at(i));
-    return out;
-}
+    Announcing() : EngineWorld(600)
+    {
+        peer.answerWith([](const QByteArray &) { return QList<QByteArray>{"\xff\xff\xff\xffprint\n"_ba}; });
+        pointAt(peer.socket.localPort(), u"pw"_s);
+        engine.settings.CommandDelay = 0, engine.settings.MsgRandom = false;
+    }
+    void messages(const QByteArray &lines)
+    {
+        TestEnv::writeFile(env.workDir() + u"servmsg.txt"_s, lines);
+        engine.lists().LoadServerMessages();
+    }
+    // The commands that reached the server, once `count` have.
+    QStringList said(qsizetype count)
+    {
+        QStringList out;
+        [[maybe_unused]] const bool all = QTest::qWaitFor([&] { return peer.received.size() >= count; }, 5000);
+        for (const QByteArray &d : peer.received)
+            out << QString::fromLatin1(d.mid(d.indexOf("rcon pw ") + 8));
+        return out;
+    }
+    Peer peer;
+};
 } // namespace
 
 class TestMessages : public QObject
 {
     Q_OBJECT
 
-    // Noon of 2026-11-22; the program started on the 20th at 06:00.
-    static void setUp(EngineWorld &w, const QString &map, const QString &playerName)
-    {
-        TestEnv::writeFile(w.env.workDir() + u"bannedIP.txt"_s, "192.0.2.1\r\n192.0.2.1\r\n");
-        w.engine.LoadSettings(u"quorvane12"_s);
-        Stats &s = w.engine.stats;
-        s.startdate = QDate(2026, 11, 20);
-        s.starttime = 0.25;
-        s.pingkicks = 1, s.bankicks = 2, s.banadds = 3, s.players = 4, s.totalplayers = 5;
-        s.checks = 6, s.tkkicks = 7, s.totalmaps = 8, s.avgping = 9;
-        s.map = map;
-        w.engine.settings.Host = u"203.0.113.5"_s;
-        PlayerRecord &r = w.engine.players().currentPlayers[1];
-        r.name = playerName;
-        r.ip = u"192.0.2.9"_s;
-        r.ping = u"ZMBI"_s;
-    }
-
 private Q_SLOTS:
-    void forms_data()
+    // Missing files are created empty. Each table holds its own file in its own form; 2048
+    // entries load, any line end ends a line, lines of blanks do not count, a line of a tab
+    // and one that begins with a semicolon do; a 2049th ends the program with the loader's words.
+    void listsLoad()
     {
-        QTest::addColumn<int>("which");
-        QTest::addColumn<QByteArray>("bytes");
-        QTest::addColumn<QStringList>("expected");
-        QTest::newRow("blanks skipped, tab and leading blank kept")
-            << 0 << QByteArray("   \r\n\t\r\n abc\r\n\r\n;not a comment") << QStringList{u"\t"_s, u" abc"_s, u";not a comment"_s};
-        QTest::newRow("LF and CR end lines too") << 1 << QByteArray("one\ntwo\rthree\r\n") << QStringList{u"one"_s, u"two"_s, u"three"_s};
-        QTest::newRow("names as read, Latin-1") << 2 << QByteArray(" S\xF6ren \r\nS\xF6ren\r\n")
-                                               << QStringList{u" S\u00F6ren "_s, u"S\u00F6ren"_s};
-        QTest::newRow("addresses trimmed") << 3 << QByteArray("  192.0.2.1  \r\n192.0.2.1\t\r\n")
-                                           << QStringList{u"192.0.2.1"_s, u"192.0.2.1\t"_s};
-        QTest::newRow("bad names in upper case, blanks stay") << 4 << QByteArray("Foo bar \r\n\xE9t\xDF\xFF\r\n")
-                                                              << QStringList{u"FOO BAR "_s, u"\u00C9T\u00DF\u00FF"_s};
-        QTest::newRow("immune as read") << 5 << QByteArray("192.0.2.1 \r\n") << QStringList{u"192.0.2.1 "_s};
-    }
-
-    void forms()
-    {
-        QFETCH(int, which);
-        QFETCH(QByteArray, bytes);
-        QFETCH(QStringList, expected);
-        EngineWorld w;
-        TestEnv::writeFile(w.env.workDir() + files[which], bytes);
-        w.engine.LoadSettings(u"quorvane12"_s);
-        for (int i = 0; i < files.size(); ++i) {
-            QVERIFY(QFile::exists(w.env.workDir() + files[i])); // missing ones are created empty
-            QCOMPARE(entries(tableOf(w.engine.lists(), i)), i == which ? expected : QStringList());
+        const QStringList words{u"server messages"_s, u"high ping messages"_s, u"banned names"_s,
+                                u"banned IPs"_s,      u"bad names"_s,          u"Immune IPs"_s};
+        const QStringList first{u" S\u00F6ren b "_s, u" S\u00F6ren b "_s, u" S\u00F6ren b "_s,
+                                u"S\u00F6ren b"_s,   u" S\u00D6REN B "_s, u" S\u00F6ren b "_s};
+        QByteArray lines = " S\xF6ren b \r\n";
+        for (int i = 1; i < 2047; ++i)
+            lines += ";" + QByteArray::number(i) + (i % 2 ? "\n \r" : "\r\n \r\n");
+        lines += "\t\r\n\r\n";
+        for (int which = 0; which < files.size(); ++which) {
+            EngineWorld w;
+            TestEnv::writeFile(w.env.workDir() + files[which], lines);
+            w.engine.LoadSettings(u"quorvane12"_s);
+            for (const QString &file : files)
+                QVERIFY(QFile::exists(w.env.workDir() + file));
+            const ListTable &t = tableOf(w.engine.lists(), which);
+            QCOMPARE(QStringList({QString::number(t.top), t.at(0), t.at(1), t.at(2047)}),
+                     QStringList({u"2047"_s, first[which], u";1"_s, u"\t"_s}));
+            TestEnv::writeFile(w.env.workDir() + files[which], lines + "x2048\r\n");
+            QVERIFY_THROWS_EXCEPTION(FatalExit, w.engine.LoadSettings(u"quorvane12"_s));
+            QVERIFY(w.file(u"ErrLog.txt"_s).contains("AppMsg: Error loading " + words[which].toLatin1() + "\"\r\n"));
+            QCOMPARE(w.view.boxes.size(), 1);
         }
-    }
-
-    void bound_data()
-    {
-        QTest::addColumn<int>("which");
-        QTest::addColumn<QString>("words");
-        QTest::newRow("servmsg") << 0 << u"Error loading server messages"_s;
-        QTest::newRow("highping") << 1 << u"Error loading high ping messages"_s;
-        QTest::newRow("banned") << 2 << u"Error loading banned names"_s;
-        QTest::newRow("bannedIP") << 3 << u"Error loading banned IPs"_s;
-        QTest::newRow("badnames") << 4 << u"Error loading bad names"_s;
-        QTest::newRow("immuneIP") << 5 << u"Error loading Immune IPs"_s;
-    }
-
-    void bound()
-    {
-        QFETCH(int, which);
-        QFETCH(QString, words);
-        EngineWorld w;
-        QByteArray lines;
-        for (int i = 0; i < 2048; ++i)
-            lines += "x" + QByteArray::number(i) + "\r\n \r\n";
-        TestEnv::writeFile(w.env.workDir() + files[which], lines);
-        w.engine.LoadSettings(u"quorvane12"_s);
-        QCOMPARE(tableOf(w.engine.lists(), which).top, 2047); // blank lines do not count
-
-        TestEnv::writeFile(w.env.workDir() + files[which], lines + "x2048\r\n");
-        QVERIFY_THROWS_EXCEPTION(FatalExit, w.engine.LoadSettings(u"quorvane12"_s));
-        QVERIFY(w.file(u"ErrLog.txt"_s).contains("AppMsg: " + words.toLatin1() + "\"\r\n"));
-        QCOMPARE(w.view.boxes.size(), 1);
     }
 
     void appendCreatesAndFailsFatally()
@@ -117,64 +89,111 @@ private Q_SLOTS:
         w.engine.lists().AppendToFile(u"banned.txt"_s, u"S\u00F6ren"_s);
         w.engine.lists().AppendToFile(u"banned.txt"_s, u"S\u00F6ren"_s);
         QCOMPARE(w.file(u"banned.txt"_s), QByteArray("S\xF6ren\r\nS\xF6ren\r\n"));
-
-        w.engine.settings.FileLoc = w.env.workDir() + QStringLiteral("gone/");
-        QVERIFY_THROWS_EXCEPTION(FatalExit, w.engine.lists().AppendToFile(u"banned.txt"_s, QStringLiteral("x")));
-        QVERIFY(w.view.boxes.value(0).contains(u"\r\n\r\nError appending x to banned.txt[75]"_s));
-    }
-    void expand_data()
-    {
-        QTest::addColumn<QString>("message");
-        QTest::addColumn<int>("player");
-        QTest::addColumn<QString>("map");
-        QTest::addColumn<QString>("name");
-        QTest::addColumn<QString>("expected");
-        const QString m = u"obj/obj_team2"_s;
-        const QString bob = u"Bob"_s;
-        QTest::newRow("no variable") << u"Play fair."_s << -1 << m << bob << u"Play fair."_s;
-        QTest::newRow("unknown and capitals stay") << u"%MAP% %foo% %map"_s << 1 << m << bob << u"%MAP% %foo% %map"_s;
-        QTest::newRow("statistics") << u"%pingkicks%%bankicks%%banadds%%players%%totalplayers%%checks%%tkkicks%%totalmaps%%avgping%"_s
-                                    << -1 << m << bob << u"123456789"_s;
-        QTest::newRow("start and uptime") << u"%startdate% %starttime% up %uptime%"_s << -1 << m << bob
-                                          << u"2026-11-20 06:00:00 up 2d / 6h"_s;
-        QTest::newRow("server and limits") << u"%serverip%:%serverport% %pinglimit% for %pingtime%s"_s << -1 << m << bob
-                                           << u"203.0.113.5:12203 750 for 60s"_s;
-        QTest::newRow("list counts") << u"%numbanip%/%numbanname%"_s << -1 << m << bob << u"2/0"_s;
-        QTest::newRow("player fields") << u"%name% [%ip%] %ping%"_s << 1 << m << bob << u"Bob [192.0.2.9] ZMBI"_s;
-        QTest::newRow("no player: fields stay") << u"%name% [%ip%] %ping% on %map%"_s << -1 << m << bob
-                                                << u"%name% [%ip%] %ping% on obj/obj_team2"_s;
-        QTest::newRow("percent before a variable") << u"%%name%"_s << 1 << m << bob << u"%Bob"_s;
-        QTest::newRow("later pass expands a value") << u"%name%"_s << 1 << m << u"%map%"_s << m;
-        QTest::newRow("earlier pass does not") << u"%map%"_s << 1 << u"%name%"_s << bob << u"%name%"_s;
-        QTest::newRow("no rescan") << u"%name%!"_s << 1 << m << u"%name%"_s << u"%name%!"_s;
-        QTest::newRow("left to right, no overlap") << u"%map%map%"_s << -1 << m << bob << u"obj/obj_team2map%"_s;
-        QTest::newRow("nothing but empty maps stays") << u"%map%%map%"_s << -1 << QString() << bob << u"%map%%map%"_s;
-        QTest::newRow("empty map beside text") << u"on %map%"_s << -1 << QString() << bob << u"on "_s;
+        // A folder that cannot be written: here, one that is not there.
+        w.engine.settings.FileLoc = w.env.workDir() + u"gone/"_s;
+        QVERIFY_THROWS_EXCEPTION(FatalExit, w.engine.lists().AppendToFile(u"banned.txt"_s, u"x y"_s));
+        QVERIFY(w.view.boxes.value(0).contains(u"\r\n\r\nError appending x y to banned.txt[75]"_s));
     }
 
+    // The program started on the 20th at 06:29, 5.52 hours before the hour now (noon of the 22nd).
     void expand()
     {
-        QFETCH(QString, message);
-        QFETCH(int, player);
-        QFETCH(QString, map);
-        QFETCH(QString, name);
-        QFETCH(QString, expected);
         EngineWorld w;
-        setUp(w, map, name);
-        QCOMPARE(w.engine.ExpandVariables(message, player), expected);
-    }
-
-    void computedValues()
-    {
-        EngineWorld w;
-        setUp(w, QString(), QString());
-        w.engine.stats.starttime = 0.75; // 18:00, after the present time of day
+        TestEnv::writeFile(w.env.workDir() + u"bannedIP.txt"_s, "192.0.2.1\r\n192.0.2.1\r\n");
+        w.engine.LoadSettings(u"quorvane12"_s);
+        Stats &s = w.engine.stats;
+        s.startdate = QDate(2026, 11, 20);
+        s.starttime = (6 * 60 + 29) / 1440.0;
+        s.pingkicks = 1, s.bankicks = 2, s.banadds = 3, s.players = 4, s.totalplayers = 5;
+        s.checks = 6, s.tkkicks = 7, s.totalmaps = 8, s.avgping = 9;
+        w.engine.settings.Host = u"203.0.113.5"_s;
+        PlayerRecord &r = w.engine.players().currentPlayers[1];
+        r.ip = u"192.0.2.9"_s, r.ping = u"ZMBI"_s;
+        const QString m = u"obj/obj_team2"_s, bob = u"Bob"_s;
+        // message, player, map, name, expected
+        const QList<std::tuple<QString, int, QString, QString, QString>> rows{
+            {u"Play fair."_s, -1, m, bob, u"Play fair."_s},
+            {u"%MAP% %foo% %map% %map"_s, 1, m, bob, u"%MAP% %foo% obj/obj_team2 %map"_s}, // capitals and others stay
+            {u"%pingkicks%%bankicks%%banadds%%players%%totalplayers%%checks%%tkkicks%%totalmaps%%avgping%"_s, -1, m, bob, u"123456789"_s},
+            {u"%startdate% %starttime% up %uptime%"_s, -1, m, bob, u"2026-11-20 06:29:00 up 2d / 6h"_s},
+            {u"%serverip%:%serverport% %pinglimit% for %pingtime%s"_s, -1, m, bob, u"203.0.113.5:12203 750 for 60s"_s},
+            {u"%numbanip%/%numbanname%"_s, -1, m, bob, u"2/0"_s},
+            {u"%name% [%ip%] %ping%"_s, 1, m, bob, u"Bob [192.0.2.9] ZMBI"_s},
+            {u"%name% [%ip%] %ping% on %map%"_s, -1, m, bob, u"%name% [%ip%] %ping% on obj/obj_team2"_s}, // no player: they stay
+            {u"%%name%"_s, 1, m, bob, u"%Bob"_s},
+            {u"%name%"_s, 1, m, u"%map%"_s, m},                     // a later pass expands a value
+            {u"%map%"_s, 1, u"%name%"_s, bob, u"%name%"_s},         // an earlier one does not
+            {u"%name%!"_s, 1, m, u"%name%"_s, u"%name%!"_s},        // no rescan
+            {u"%map%map%"_s, -1, m, bob, u"obj/obj_team2map%"_s},   // left to right, no overlap
+            {u"%map%%map%"_s, -1, QString(), bob, u"%map%%map%"_s}, // nothing but empty values stays
+            {u"on %map%"_s, -1, QString(), bob, u"on "_s}};
+        for (const auto &[message, player, map, name, expected] : rows) {
+            s.map = map;
+            r.name = name;
+            QCOMPARE(w.engine.ExpandVariables(message, player), expected);
+        }
+        s.starttime = (17 * 60 + 31) / 1440.0; // 5.52 hours after the hour now
         w.engine.settings.CheckInt = 12500;
         QCOMPARE(w.engine.ExpandVariables(u"%uptime% %pingtime%"_s, -1), u"2d / -6h 37.5"_s);
         w.engine.settings.CheckInt = 20000, w.engine.settings.PingPasses = 5000;
         QCOMPARE(w.engine.ExpandVariables(u"%pingtime%"_s, -1), u"100000"_s);
         w.engine.settings.CheckInt = 5001, w.engine.settings.PingPasses = 5;
         QCOMPARE(w.engine.ExpandVariables(u"%pingtime%"_s, -1), u"25.005"_s);
+    }
+
+    // Armed by the load of the window, a minute a tick: with the engine stopped every second
+    // tick is due and says nothing; running, the lines go in turn and round again, blank ones
+    // skipped, the head from the trimmed voice, no player's variables. Only "ON" arms the
+    // timer. A blank voice leaves no colon; an emptied file leaves the old first line.
+    // Refused or random, by hand.
+    void said()
+    {
+        Announcing w;
+        w.messages("one\r\n\r\n   \r\n%map% %name%%ip% %numbanname%/%pinglimit%\r\n"_ba);
+        Settings &s = w.engine.settings;
+        s.Voice = u"  [Q]  "_s, s.lngAnnounce = 2;
+        w.engine.stats.map = u"dm/mohdm1"_s;
+        s.intAnnouce = 1, s.LocalPort = 0, s.Port = w.peer.socket.localPort(), s.Host = u"127.0.0.1"_s, s.Pwd = u"pw"_s;
+        w.engine.Form_Load(QString()); // puts the settings into the fields
+        Announcer &a = w.engine.announcer();
+        QVERIFY(a.timAnnounce.isActive() && a.timAnnounce.interval() == 60000);
+        QList<qint32> counts;
+        connect(&a.timAnnounce, &Ticker::tick, this, [&] { counts << a.announceTicks; });
+        QVERIFY(QTest::qWaitFor([&] { return counts.size() >= 4; }, 5000));
+        QVERIFY(w.peer.received.isEmpty());
+        w.engine.engineRunning = true; // as Start leaves it, without its status exchange
+        const QString var = u"dm/mohdm1 %name%%ip% 0/750"_s;
+        QCOMPARE(w.said(3).mid(0, 3), QStringList({u"say [Q]: one"_s, u"say [Q]: "_s + var, u"say [Q]: one"_s}));
+        a.announceTicks = 1;
+        a.Announce_Timer_Control(u"on"_s);
+        QVERIFY(!a.timAnnounce.isActive() && a.announceTicks == 0);
+        QCOMPARE(counts.mid(0, 4), QList<qint32>({1, 0, 1, 0}));
+        const qsizetype before = w.said(3).size();
+        s.lngAnnounce = 0; // every tick
+        s.Voice = u"   "_s;
+        a.timAnnounce_Timer();
+        w.messages(""_ba);
+        a.timAnnounce_Timer();
+        // Refused while the queue drains: dropped, told in the pane and the log; the sequence moves on.
+        w.messages("a\r\nb\r\nc\r\n"_ba);
+        s.SaveLog = true;
+        w.engine.log().OpenLog();
+        w.engine.queueDraining = true;
+        a.timAnnounce_Timer();
+        w.engine.queueDraining = false;
+        QVERIFY(w.engine.pane().text().endsWith(u"\r\nError sending timed announcement.\r\n"_s));
+        QVERIFY(w.file(u"servlog.txt"_s).endsWith("\r\n\r\nError sending timed announcement.\r\n\r\n"));
+        a.timAnnounce_Timer();
+        QCOMPARE(w.said(before + 3).mid(before), QStringList({u"say "_s + var, u"say one"_s, u"say b"_s}));
+        // Random picks reach every line and leave the sequence be.
+        s.MsgRandom = true;
+        for (int i = 0; i < 40; ++i)
+            a.timAnnounce_Timer();
+        QStringList picked = w.said(before + 43).mid(before + 3);
+        picked.removeDuplicates();
+        picked.sort();
+        QCOMPARE(picked, QStringList({u"say a"_s, u"say b"_s, u"say c"_s}));
+        QCOMPARE(w.engine.lists().nextMessage, 2);
     }
 };
 

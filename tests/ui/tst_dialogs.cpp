@@ -1,11 +1,14 @@
 // SPDX-License-Identifier: MIT
-// The announcement, settings, about and list editor dialogs, opened from the window.
+// The dialogs and the operator's actions, from the real menu entries, buttons and keys of the
+// window: the tolerances, announcement, settings and list editor dialogs; Kick, Kick and Ban
+// and Other Command against the simulated server over loopback.
 #include "DialogDriver.h"
+#include "SimServer.h"
 #include "WindowWorld.h"
-#include "ui/AboutDialog.h"
 #include "ui/AnnounceDialog.h"
 #include "ui/EditFileDialog.h"
 #include "ui/GameCodesDialog.h"
+#include "ui/OtherCommandDialog.h"
 #include "ui/Prompts.h"
 #include "ui/SettingsDialog.h"
 #include "ui/ToleranceDialog.h"
@@ -13,64 +16,247 @@
 #include <QAction>
 #include <QCheckBox>
 #include <QComboBox>
-#include <QDesktopServices>
-#include <QDir>
-#include <QFileSystemModel>
-#include <QGroupBox>
-#include <QLabel>
 #include <QLineEdit>
 #include <QPlainTextEdit>
-#include <QPushButton>
-#include <QRadioButton>
-#include <QTreeView>
-
-#include <csignal>
-#include <sys/resource.h>
+#include <QTableWidget>
 
 using namespace Qt::Literals::StringLiterals;
+using Wire = QList<QByteArray>;
+
+namespace {
+
+// Opens a dialog from its menu entry, lets `body` work on it, and presses `accept` if it
+// still stands (no name: the dialog is cancelled).
+template<typename D>
+bool accepted(WindowWorld &w, const char *entry, const std::function<void(D &)> &body, const QString &accept = {})
+{
+    return whileOpen<D>([&] { w.child<QAction>(entry)->trigger(); }, [&](D &d) {
+        body(d);
+        if (!accept.isEmpty() && d.isVisible())
+            press(d, accept);
+    });
+}
+bool okay(WindowWorld &w, const std::function<void(frmTolerance &)> &body, const QString &accept = u"cmdOkay"_s)
+{
+    return accepted<frmTolerance>(w, "mnuTolerance", body, accept);
+}
+
+struct Entry { QString control, typed; qint32 Settings::*setting; qint32 stored; QString box; };
+
+// The window against a simulated server with two players, the grid filled by Status.
+struct Rig
+{
+    SimServer sim;
+    WindowWorld w{40};
+    Engine &e = w.window.engine();
+
+    Rig()
+    {
+        sim.setPassword("pw");
+        sim.listen();
+        sim.addPlayer({3, "Ironside", 4, 45, SimPlayer::State::Active, 0, "203.0.113.10", 27960, 1871, 25000});
+        sim.addPlayer({5, "Kestrel", 2, 38, SimPlayer::State::Active, 0, "198.51.100.7", 27960, 9120, 16000});
+        w.settings().LocalPort = 0, w.settings().SaveLog = true;
+        e.Form_Load(QString());
+        w.window.setFieldText(View::Field::txtHost, u"127.0.0.1"_s);
+        w.window.setFieldText(View::Field::txtPort, QString::number(sim.port()));
+        w.window.setFieldText(View::Field::txtPwd, u"pw"_s);
+        trigger(u"cmdStatus"_s);
+        sim.clearReceived();
+    }
+    // What the server got, without framing and password.
+    Wire wire() const
+    {
+        Wire out;
+        for (const SimServer::Datagram &d : sim.received())
+            out.append(d.bytes.mid(5).replace("rcon pw ", ""));
+        return out;
+    }
+    QByteArray file(const char *name) const { return TestEnv::readFile(w.env.workDir() + QLatin1String(name)); }
+    void trigger(const QString &name) // a menu entry or a button
+    {
+        QMetaObject::invokeMethod(w.window.findChild<QObject *>(name), name.startsWith(u"mnu") ? "trigger" : "click");
+    }
+};
+
+struct Typed { QString typed, how; QByteArray sent; QString box; bool banned; };
+
+} // namespace
+
+Q_DECLARE_METATYPE(Entry)
+Q_DECLARE_METATYPE(Typed)
 
 class TestDialogs : public QObject
 {
     Q_OBJECT
 
-    template<typename T>
-    static T *control(QWidget &d, const char *name)
-    {
-        return d.findChild<T *>(QLatin1String(name));
-    }
-    static void press(QWidget &d, const char *name) { control<QPushButton>(d, name)->click(); }
-
-public Q_SLOTS:
-    void openUrl(const QUrl &url) { m_opened = url; }
-
 private Q_SLOTS:
-    // Every caption fits its control in the form font, so nothing is cut off.
-    void captionsFit()
+    // A fresh store as shown; codes without an item open on the fallback texts and store
+    // the fallback numbers; the boxes nobody can tick; the repair of Passes, Cancel or not.
+    void tolerancesShown()
     {
         WindowWorld w;
-        Engine &e = w.window.engine();
-        frmTolerance tolerance(e, nullptr);
-        frmAnnounce announce(e, nullptr);
-        frmSettings settings(e, nullptr);
-        frmAbout about(e, nullptr);
-        frmGameCodes codes(e, nullptr);
-        for (QDialog *d : QList<QDialog *>{&tolerance, &announce, &settings, &about, &codes}) {
-            for (QAbstractButton *b : d->findChildren<QAbstractButton *>()) {
-                const int need = qobject_cast<QPushButton *>(b)
-                                     ? b->fontMetrics().horizontalAdvance(b->text().remove(u'&')) + 8
-                                     : b->sizeHint().width();
-                QVERIFY2(need <= b->width(), qPrintable(b->objectName()));
+        Settings &s = w.settings();
+        s.KickTK = s.KickTeleFrag = true, s.PingPasses = 7, s.BanDuration = 14;
+        const QStringList boxes{u"txtKickScore"_s, u"txtMaxPing"_s, u"txtScanInt"_s,       u"txtBanDuration"_s,
+                                u"cboBanType"_s,   u"cboBanFor"_s,  u"cboStatusInterval"_s, u"cboPasses"_s};
+        QStringList shown;
+        QVERIFY(okay(w, [&](frmTolerance &d) {
+            shown << d.windowTitle() << enabled(d, u"chkWarn chkEnableTK chkKickTelefrag txtKickScore Label2"_s);
+            for (const QString &box : boxes)
+                shown << text(control(d, box));
+        }));
+        QCOMPARE(shown, QStringList({u"QVN - Tolerances"_s, u"00001"_s, u"-3"_s, u"750"_s, u"20"_s, u"14"_s, u"IP and Name"_s,
+                                     u"TKing only"_s, u"second"_s, u"2"_s}));
+        QVERIFY(!s.KickTK && !s.KickTeleFrag && s.BanDuration == 14 && s.PingPasses == 2);
+
+        s.PingPasses = 0, s.BanType = 7, s.BanFor = 5, s.StatusInterval = 7, s.CheckInt = 2000000000; // shown in whole seconds
+        QVERIFY(okay(w, [&](frmTolerance &d) {
+            for (const QString &box : boxes.mid(2))
+                shown << text(control(d, box));
+            type(control(d, u"txtScanInt"_s), u"20"_s);
+        }));
+        QCOMPARE(shown.mid(10), QStringList({u"2000000"_s, u"14"_s, u""_s, u"TKing only"_s, u"second"_s, u"2"_s}));
+        QCOMPARE(QList<qint32>({s.BanType, s.BanFor, s.StatusInterval, s.PingPasses}), QList<qint32>({0, 10, 2, 2}));
+        s.PingPasses = 9;
+        QVERIFY(okay(w, [](frmTolerance &) {}, {}));
+        QCOMPARE(s.PingPasses, 2);
+    }
+
+    void tolerancesStored_data()
+    {
+        QTest::addColumn<Entry>("k"); // a tab behind the text: the cursor leaves the box
+        const auto row = [](const char *control, const QString &typed, qint32 Settings::*setting, qint32 v, const QString &box = {}) {
+            QTest::addRow("%s '%s'", control, qPrintable(typed)) << Entry{QLatin1String(control), typed, setting, v, box};
+        };
+        using S = Settings;
+        const auto items = [&](const char *combo, qint32 Settings::*setting, const QList<qint32> &values) { // picked, by place
+            for (int i = 0; i < values.size(); ++i)
+                row(combo, u"#"_s + QString::number(i), setting, values[i]);
+        };
+        items("cboBanType", &S::BanType, {1, 2, 3});
+        items("cboBanFor", &S::BanFor, {10, 1, 11, 1000, 100});
+        items("cboStatusInterval", &S::StatusInterval, {1, 2, 3, 4, 5, 10});
+        row("cboBanType", u"  IP  "_s, &S::BanType, 1); // the one coded box compared trimmed
+        row("cboBanType", u"ip"_s, &S::BanType, 0);
+        row("cboBanFor", u" Impersonating"_s, &S::BanFor, 10);
+        row("cboStatusInterval", u"tenth "_s, &S::StatusInterval, 2);
+        row("cboPasses", u"9"_s, &S::PingPasses, 9);
+        row("txtTellPause", u"-5"_s, &S::TellPause, 0);
+        row("txtTellPause", u"soon"_s, &S::TellPause, 0);
+        // Refused: the dialog stays with the cursor in the box, and nothing is stored.
+        row("txtMaxPing", u"32768"_s, &S::MaxPing, 750, u"Max Ping must be a number from -32768 to 32767."_s);
+        row("txtQPortMax", u"2147483648"_s, &S::QPortMax, 0, u"The highest QPort must be a number from -2147483648 to 2147483647."_s);
+        const QString reset = u"The timer's range is 5 to 60 seconds. Resetting to 30 seconds."_s;
+        row("txtScanInt", u"61"_s, &S::CheckInt, 30000, reset);
+        row("txtScanInt", u"4.5"_s, &S::CheckInt, 30000, reset); // halves to even
+        const QString range = u"The range for scanning is 5 to 60 seconds."_s; // and the box says 5
+        row("txtScanInt", u"5\t"_s, &S::CheckInt, 5000);
+        row("txtScanInt", u"60\t"_s, &S::CheckInt, 60000);
+        row("txtScanInt", u"4\t"_s, &S::CheckInt, 5000, range);
+        row("txtScanInt", u"61\t"_s, &S::CheckInt, 5000, range);
+        row("txtScanInt", u"99999999999\t"_s, &S::CheckInt, 5000, range);
+    }
+
+    void tolerancesStored()
+    {
+        QFETCH(Entry, k);
+        WindowWorld w;
+        Settings &s = w.settings();
+        s.StatusInterval = 5;
+        Boxes boxes;
+        bool open = false;
+        QVERIFY(okay(w, [&](frmTolerance &d) {
+            press(d, u"chkQPort"_s);
+            QWidget *entry = control(d, k.control);
+            entry->setFocus();
+            if (k.typed.startsWith(u'#'))
+                qobject_cast<QComboBox *>(entry)->setCurrentIndex(k.typed.mid(1).toInt());
+            else
+                type(entry, QString(k.typed).remove(u'\t'));
+            if (k.typed.endsWith(u'\t'))
+                QTest::keyClick(entry, Qt::Key_Tab);
+            press(d, u"cmdOkay"_s);
+            open = d.isVisible() && entry->hasFocus();
+            d.reject();
+        }));
+        QCOMPARE(s.*k.setting, k.stored);
+        QCOMPARE(boxes.shown(), k.box.isEmpty() ? QStringList() : QStringList{k.box});
+        QCOMPARE(open, k.box.contains(u"must be a number"_s));
+        QCOMPARE(QList<qint32>({s.QPort, w.window.engine().timKickcheck.interval(), s.StatusInterval}),
+                 QList<qint32>({!open, open ? 0 : s.CheckInt, k.setting == &Settings::StatusInterval ? k.stored : 5}));
+    }
+
+    // Every box ticked by the mouse once: the dependents follow at load and at the click,
+    // and Okay stores each control into its own setting, greyed ones as they stand.
+    void tolerancesEveryControl()
+    {
+        WindowWorld w;
+        const QList<std::pair<const char *, QString>> boxes{
+            {"chkBan", u"cboBanType lblBanish lblBanishFor cboBanFor"_s}, {"chkForceKick", {}}, {"chkTellPlayers", {}},
+            {"chkKick", u"chkForceKick chkTellPlayers txtTellPause lblTellPause1 lblTellPause2"_s}, {"chkSkipMap", {}},
+            {"chkKickPing", u"txtMaxPing lblPing cboPasses lblPasses chkSkipMap"_s},
+            {"chkQPort", u"lblQPortMin lblQPortMax txtQPortMin txtQPortMax"_s},
+            {"chkRate", u"lblRateMin lblRateMax txtRateMin txtRateMax"_s}, {"chkNameKick", {}}, {"chkImpersonate", {}}};
+        const QStringList typed{u"txtKickScore -7"_s, u"txtBanDuration 3"_s, u"txtMaxPing 600"_s, u"cboPasses 4"_s,
+                                u"txtQPortMin 11"_s,  u"txtQPortMax 12"_s,   u"txtRateMin 13"_s,  u"txtRateMax 14"_s,
+                                u"txtTellPause 6"_s,  u"txtScanInt 15"_s,    u"cboWarning Mind your fire, %name%."_s};
+        QVERIFY(okay(w, [&](frmTolerance &d) {
+            for (const auto &[name, dependents] : boxes) {
+                auto *check = control<QCheckBox>(d, QLatin1String(name));
+                const QString before = enabled(d, dependents);
+                QTest::mouseClick(check, Qt::LeftButton, {}, QPoint(8, check->height() / 2));
+                const QChar on = check->isChecked() ? u'1' : u'0', off = check->isChecked() ? u'0' : u'1';
+                QVERIFY2(before == QString(before.size(), off) && enabled(d, dependents) == QString(before.size(), on), name);
+                QCOMPARE(enabled(d, u"txtBanDuration lblDuration Label2 cmdEditBan cmdForceKickHelp"_s), u"00111"_s);
             }
-            for (QLabel *l : d->findChildren<QLabel *>()) {
-                if (l->text().isEmpty())
-                    continue;
-                QVERIFY2(l->wordWrap() ? l->heightForWidth(l->width()) <= l->height()
-                                       : l->sizeHint().width() <= l->width(),
-                         qPrintable(l->objectName()));
-            }
-            for (QGroupBox *g : d->findChildren<QGroupBox *>())
-                QVERIFY(g->sizeHint().width() <= g->width());
-        }
+            for (const QString &entry : typed)
+                type(control(d, entry.section(u' ', 0, 0)), entry.section(u' ', 1));
+        }));
+        const Settings &s = w.settings();
+        QCOMPARE(QList<bool>({s.Ban, s.ForceKick, s.TellPlayers, s.KickBanned, s.SkipMap, s.KickPing, s.QPort, s.Rate,
+                              s.NameCheck, s.KickImpersonators, s.Warn, s.KickTK, s.KickTeleFrag}),
+                 QList<bool>({true, true, false, false, false, false, true, true, true, false, false, false, false}));
+        QCOMPARE(QList<qint32>({s.TKLimit, s.BanDuration, s.MaxPing, s.PingPasses, s.QPortMin, s.QPortMax, s.RateMin,
+                                s.RateMax, s.TellPause, s.CheckInt, w.window.engine().timKickcheck.interval()}),
+                 QList<qint32>({-7, 3, 600, 4, 11, 12, 13, 14, 6, 15000, 15000}));
+        QCOMPARE(s.WarnTxt, u"Mind your fire, %name%."_s);
+    }
+
+    // The help box, and the four lists: each editor shows its file as it stands and saves
+    // what stands in its box, line ends and Latin-1 bytes as they were, and reloads its table.
+    void tolerancesHelpAndLists()
+    {
+        WindowWorld w;
+        const QList<std::pair<const char *, QByteArray>> files{{"banned.txt", "A\r\nB"_ba}, {"bannedIP.txt", "A\nB\n"_ba},
+                                                               {"immuneIP.txt", "Jos\xe9\xa0X\r\n"_ba}, {"badnames.txt", ""_ba}};
+        for (const auto &[file, bytes] : files)
+            TestEnv::writeFile(w.env.workDir() + QLatin1String(file), bytes);
+        Boxes boxes;
+        QStringList seen;
+        QVERIFY(okay(w, [&](frmTolerance &d) {
+            press(d, u"cmdForceKickHelp"_s);
+            for (const char *button : {"cmdEditBan", "cmdEditIP", "cmdEditImmune", "cmdEditBadWords"})
+                QVERIFY(whileOpen<frmEditFile>([&] { press(d, QLatin1String(button)); }, [&](frmEditFile &e) {
+                    auto *box = control<QPlainTextEdit>(e, u"txtEdit"_s);
+                    seen << e.windowTitle() << box->document()->toRawText().replace(QChar::ParagraphSeparator, u'\n');
+                    box->moveCursor(QTextCursor::End);
+                    box->insertPlainText(seen.size() == 2 ? u"\nC"_s : seen.size() == 6 ? u"\xe9"_s : u"c"_s);
+                    press(e, u"cmdSave"_s);
+                }));
+        }, {}));
+        QCOMPARE(boxes.shown(), QStringList{u"Use 'Force Kick' when the status command does not return all the player's names on "
+                                            "the server. Rather than check the player list for banned names, force kick sends a "
+                                            "kick command to the server whether the player is in the server's list or not."_s});
+        QCOMPARE(seen, QStringList({u"QVN - Editing Banned Names"_s, u"A\nB"_s, u"QVN - Editing Banned IPs"_s, u"A\nB\n"_s,
+                                    u"QVN - Editing Immune IPs"_s, u"Jos\u00e9\u00a0X\n"_s, u"QVN - Editing Bad Names"_s, u""_s}));
+        QByteArray saved;
+        for (const auto &[file, bytes] : files)
+            saved += TestEnv::readFile(w.env.workDir() + QLatin1String(file)) + '|';
+        QCOMPARE(saved, "A\r\nB\r\nC|A\nB\nc|Jos\xe9\xa0X\r\n\xe9|c|"_ba);
+        const ListFiles &l = w.window.engine().lists();
+        QCOMPARE(QList<qint32>({l.bannedNameTop(), l.bannedIPTop(), l.immuneIPTop(), l.badNameTop()}), QList<qint32>({2, 2, 1, 0}));
+        QCOMPARE(l.badNames().at(0), u"C"_s);
     }
 
     void announcement()
@@ -81,234 +267,164 @@ private Q_SLOTS:
         Settings &s = w.settings();
         s.lngAnnounce = 0;
         Announcer &a = w.window.engine().announcer();
+        const auto save = [&](const std::function<void(frmAnnounce &)> &body) {
+            return accepted<frmAnnounce>(w, "mnuAnnounce", body, u"cmdOkay"_s);
+        };
+        const QString rule = u"cboAnnounce fraSequence optRandom optSequential lblAnnounce txtAnnounce"_s;
         Boxes boxes;
         QStringList seen;
-        QVERIFY(whileOpen<frmAnnounce>([&] { QTest::keyClick(&w.window, Qt::Key_A, Qt::ControlModifier); },
-                                       [&](frmAnnounce &d) {
-                                           seen << d.windowTitle() << control<QComboBox>(d, "cboAnnounce")->currentText()
-                                                << frmEditFile::plainText(*control<QPlainTextEdit>(d, "txtAnnounce"));
-                                           QVERIFY(!control<QWidget>(d, "fraSequence")->isEnabled());
-                                           QVERIFY(whileOpen<frmGameCodes>([&] { press(d, "cmdGameCodes"); }));
-                                           control<QCheckBox>(d, "chkAnnounce")->click();
-                                           QVERIFY(control<QWidget>(d, "optSequential")->isEnabled());
-                                           control<QRadioButton>(d, "optSequential")->click();
-                                           control<QComboBox>(d, "cboAnnounce")->setCurrentText(u" 10 minutes "_s);
-                                           control<QPlainTextEdit>(d, "txtAnnounce")->setPlainText(u"one\n\ntwo"_s);
-                                           press(d, "cmdOkay");
-                                       }));
-        QCOMPARE(seen, QStringList({u"QVN - Announcement"_s, u"2 minutes"_s, u"old\n"_s}));
+        QVERIFY(whileOpen<frmAnnounce>([&] { QTest::keyClick(&w.window, Qt::Key_A, Qt::ControlModifier); }, [&](frmAnnounce &d) {
+            QVERIFY(whileOpen<frmGameCodes>([&] { press(d, u"cmdGameCodes"_s); }));
+            seen << d.windowTitle() << text(control(d, u"cboAnnounce"_s)) << enabled(d, rule);
+            press(d, u"chkAnnounce"_s);
+            press(d, u"optSequential"_s);
+            type(control(d, u"cboAnnounce"_s), u" 10 minutes "_s);
+            seen << control<QPlainTextEdit>(d, u"txtAnnounce"_s)->toPlainText() << enabled(d, rule);
+            control<QPlainTextEdit>(d, u"txtAnnounce"_s)->setPlainText(u"one\n\ntwo"_s);
+            press(d, u"cmdOkay"_s);
+        }));
+        QCOMPARE(seen, QStringList({u"QVN - Announcement"_s, u"2 minutes"_s, u"000001"_s, u"old\n"_s, u"111111"_s}));
         QCOMPARE(TestEnv::readFile(file), "one\r\n\r\ntwo"_ba); // as typed, blank line kept
+        // Armed, although the engine is stopped.
+        QVERIFY(s.intAnnouce == 1 && !s.MsgRandom && s.lngAnnounce == 10 && a.timAnnounce.isActive());
         QCOMPARE(w.window.engine().lists().serverMessageTop(), 1);
-        QVERIFY(s.intAnnouce == 1 && !s.MsgRandom && s.lngAnnounce == 10);
-        QVERIFY(a.timAnnounce.isActive()); // armed, although the engine is stopped
         QCOMPARE(boxes.shown(), QStringList{u"Announcements will be sent as soon as you click Start on the main screen."_s});
 
-        // Saved again while on: the count goes on; a typed text that is no item counts as 2.
-        a.announceTicks = 1;
-        w.window.engine().lists().nextMessage = 1;
-        QVERIFY(whileOpen<frmAnnounce>([&] { w.child<QAction>("mnuAnnounce")->trigger(); }, [&](frmAnnounce &d) {
-            control<QComboBox>(d, "cboAnnounce")->setCurrentText(u"10 minute"_s);
-            press(d, "cmdOkay");
-        }));
-        QVERIFY(a.timAnnounce.isActive());
-        QCOMPARE(a.announceTicks, 1);
-        QCOMPARE(s.lngAnnounce, 2);
-        QCOMPARE(w.window.engine().lists().nextMessage, 0);
-
-        // Switched off: stopped and the count cleared.
-        QVERIFY(whileOpen<frmAnnounce>([&] { w.child<QAction>("mnuAnnounce")->trigger(); }, [&](frmAnnounce &d) {
-            control<QCheckBox>(d, "chkAnnounce")->click();
-            press(d, "cmdOkay");
-        }));
+        // Saved again while on: the count goes on, the sequence starts again; a typed text
+        // that is no item counts as 2, and each item picked stores its minutes.
+        a.announceTicks = 1, w.window.engine().lists().nextMessage = 1;
+        QVERIFY(save([](frmAnnounce &d) { type(control(d, u"cboAnnounce"_s), u"10 minute"_s); }));
+        QVERIFY(a.timAnnounce.isActive() && a.announceTicks == 1 && s.lngAnnounce == 2 && w.window.engine().lists().nextMessage == 0);
+        QList<qint32> minutes;
+        for (int i = 0; i < 6; ++i)
+            minutes << (save([i](frmAnnounce &d) { control<QComboBox>(d, u"cboAnnounce"_s)->setCurrentIndex(i); }) ? s.lngAnnounce : -1);
+        QCOMPARE(minutes, QList<qint32>({1, 2, 3, 4, 5, 10}));
+        QVERIFY(save([](frmAnnounce &d) { press(d, u"chkAnnounce"_s); })); // switched off: stopped, the count cleared
         QVERIFY(!a.timAnnounce.isActive() && a.announceTicks == 0 && s.intAnnouce == 0);
     }
 
+    // The log opens and closes at OK, Brief counts at its click, port and delay are taken
+    // when they are numbers.
     void settingsLogAndLink()
     {
         WindowWorld w;
         Settings &s = w.settings();
-        ActivityLog &log = w.window.engine().log();
-        Boxes boxes;
-        const auto ok = [&](const std::function<void(frmSettings &)> &body) {
-            return whileOpen<frmSettings>([&] { QTest::keyClick(&w.window, Qt::Key_G, Qt::ControlModifier); },
-                                          [&](frmSettings &d) {
-                                              body(d);
-                                              if (d.isVisible())
-                                                  press(d, "cmdOK");
-                                          });
+        const QString logFile = w.env.workDir() + u"servlog.txt"_s;
+        QString shown;
+        const auto ok = [&](const QString &port, const QString &delay, const QString &click = {}, const QString &accept = u"cmdOK"_s) {
+            return accepted<frmSettings>(w, "mnuSettings", [&](frmSettings &d) {
+                shown += enabled(d, u"optBrief optVerbose drvDrive"_s) + u' ' + text(control(d, u"txtCommandDelay"_s)) + u' ';
+                press(d, u"chkLog"_s);
+                type(control(d, u"txtLocalPort"_s), port);
+                type(control(d, u"txtCommandDelay"_s), delay);
+                if (!click.isEmpty())
+                    press(d, click);
+            }, accept);
         };
-        QVERIFY(ok([&](frmSettings &d) {
-            QVERIFY(!control<QWidget>(d, "optBrief")->isEnabled() && !control<QWidget>(d, "drvDrive")->isEnabled());
-            QCOMPARE(control<QLineEdit>(d, "txtCommandDelay")->text(), u"1"_s);
-            control<QCheckBox>(d, "chkLog")->click();
-            control<QLineEdit>(d, "txtLocalPort")->setText(u"2000"_s);
-            control<QLineEdit>(d, "txtCommandDelay")->setText(u"soon"_s);
-        }));
-        QVERIFY(s.SaveLog && log.logOpen() && s.LocalPort == 2000 && s.CommandDelay == 1.0);
-        QVERIFY(w.env.readFile(w.env.workDir() + u"servlog.txt"_s).contains("Logging Started on "));
-        QVERIFY(ok([&](frmSettings &d) {
-            control<QCheckBox>(d, "chkLog")->click();
-            control<QLineEdit>(d, "txtCommandDelay")->setText(u" 0.25"_s);
-            control<QLineEdit>(d, "txtLocalPort")->setText(u"port"_s);
-        }));
-        QVERIFY(!s.SaveLog && !log.logOpen() && s.LocalPort == 2000 && s.CommandDelay == 0.25);
-        QVERIFY(w.env.readFile(w.env.workDir() + u"servlog.txt"_s).contains("Logging Completed on "));
-        // A click on Brief counts at once, and Cancel keeps it.
-        QVERIFY(whileOpen<frmSettings>([&] { w.child<QAction>("mnuSettings")->trigger(); }, [&](frmSettings &d) {
-            control<QCheckBox>(d, "chkLog")->click();
-            control<QRadioButton>(d, "optBrief")->click();
-            press(d, "cmdCancel");
-        }));
-        QVERIFY(s.LogBrief && !s.SaveLog);
-        // A port beyond 16 bits is refused and nothing is applied.
-        bool open = false;
-        QVERIFY(ok([&](frmSettings &d) {
-            control<QCheckBox>(d, "chkLog")->click();
-            control<QLineEdit>(d, "txtLocalPort")->setText(u"40000"_s);
-            press(d, "cmdOK");
-            open = d.isVisible();
-            d.reject();
-        }));
-        QVERIFY(open && !s.SaveLog && s.LocalPort == 2000);
-        QCOMPARE(boxes.shown(), QStringList{u"The local port must be a number from -32768 to 32767."_s}); // nothing asked
+        QVERIFY(ok(u"2000"_s, u"soon"_s));
+        QVERIFY(s.SaveLog && w.window.engine().log().logOpen() && s.LocalPort == 2000 && s.CommandDelay == 1.0);
+        QVERIFY(ok(u"port"_s, u" 0.25"_s));
+        QVERIFY(!s.SaveLog && !w.window.engine().log().logOpen() && s.LocalPort == 2000 && s.CommandDelay == 0.25);
+        QVERIFY(TestEnv::readFile(logFile).contains("Logging Started on ") && TestEnv::readFile(logFile).contains("Logging Completed on "));
+        QVERIFY(ok(u"1"_s, u"1"_s, u"optBrief"_s, {})); // a click on Brief counts at once, and Cancel keeps it
+        QVERIFY(s.LogBrief && !s.SaveLog && s.LocalPort == 2000);
+        QCOMPARE(shown, u"000 1 110 1 000 0.25 "_s);
     }
 
-    void settingsFolder()
+    void kick_data()
     {
-        WindowWorld w;
-        Settings &s = w.settings();
-        const QString work = s.FileLoc;
-        QDir(work).mkpath(u"lists"_s);
-        const auto choose = [&](const QString &folder, QMessageBox::StandardButton answer) {
-            Prompts::setNextAnswer(answer);
-            return whileOpen<frmSettings>([&] { w.child<QAction>("mnuSettings")->trigger(); }, [&](frmSettings &d) {
-                auto *tree = control<QTreeView>(d, "dirDir");
-                auto *model = qobject_cast<QFileSystemModel *>(tree->model());
-                QCOMPARE(model->filePath(tree->currentIndex()) + u'/', work);
-                tree->setCurrentIndex(model->index(folder));
-                press(d, "cmdOK");
-            });
-        };
+        QTest::addColumn<QString>("control");
+        QTest::addColumn<int>("row"); // -1: nothing chosen; 2 and 3 are the blank rows below the players
+        QTest::addColumn<QString>("box"); // empty: the player is kicked
+        const QString kick = u"Please specify a player to kick"_s, kickBan = u"Please specify a player to kick & ban"_s;
+        QTest::newRow("Kick button") << u"cmdKick"_s << 1 << QString();
+        QTest::newRow("Kick menu entry") << u"mnuKick"_s << 1 << QString();
+        QTest::newRow("Kick and Ban button") << u"cmdKickBan"_s << 1 << QString();
+        QTest::newRow("Kick & Ban menu entry") << u"mnuKickBan"_s << 1 << QString();
+        QTest::newRow("kick, nothing") << u"cmdKick"_s << -1 << kick;
+        QTest::newRow("kick, blank row") << u"mnuKick"_s << 2 << kick;
+        QTest::newRow("kick and ban, nothing") << u"mnuKickBan"_s << -1 << kickBan;
+        QTest::newRow("kick and ban, last blank row") << u"cmdKickBan"_s << 3 << kickBan;
+    }
+
+    // Sent at once, the words first; the ban of Kick and Ban ignores BanFor and the Ban switch.
+    void kick()
+    {
+        QFETCH(QString, control);
+        QFETCH(int, row);
+        QFETCH(QString, box);
+        Rig rig;
+        rig.e.log().OpenLog();
+        auto *grid = rig.w.child<QTableWidget>("gridPlayers");
+        if (row >= 0)
+            QTest::mouseClick(grid->viewport(), Qt::LeftButton, {}, grid->visualRect(grid->model()->index(row, 2)).center());
         Boxes boxes;
-        QVERIFY(choose(work + u"lists"_s, QMessageBox::No));
-        QCOMPARE(s.FileLoc, work);
-        QCOMPARE(boxes.shown(), QStringList{u"The directory ("_s + work + u") was not changed."_s});
-        QVERIFY(choose(work + u"lists"_s, QMessageBox::Yes));
-        QCOMPARE(s.FileLoc, work + u"lists/"_s);
-        // A folder that has gone away opens on the one above it.
-        s.FileLoc = work + u"gone/"_s;
-        QVERIFY(whileOpen<frmSettings>([&] { w.child<QAction>("mnuSettings")->trigger(); }, [&](frmSettings &d) {
-            auto *tree = control<QTreeView>(d, "dirDir");
-            QCOMPARE(qobject_cast<QFileSystemModel *>(tree->model())->filePath(tree->currentIndex()) + u'/', work);
-        }));
+        rig.trigger(control);
+        const bool kicked = box.isEmpty(), bans = kicked && control.endsWith(u"Ban");
+        QCOMPARE(boxes.shown(), kicked ? QStringList() : QStringList{box});
+        QTest::qWait(20);
+        const Wire sent{"say [Quorvane]: Kicked Kestrel for [reason unspecified - admin initiated kick].", "clientkick 5"};
+        QCOMPARE(rig.wire(), kicked ? sent : Wire{});
+        QCOMPARE(rig.sim.players().size(), kicked ? 1 : 2);
+        QCOMPARE(grid->item(0, 6)->text() + u' ' + grid->item(1, 6)->text(),
+                 kicked ? u"Ok Kicked ([reason unspecified - admin initiated kick])"_s : u"Ok Ok"_s);
+        QCOMPARE(rig.file("banned.txt") + rig.file("bannedIP.txt"), bans ? "Kestrel\r\n198.51.100.7\r\n"_ba : QByteArray());
+        QCOMPARE(rig.e.stats.bankicks * 10 + rig.e.stats.banadds, kicked ? (bans ? 11 : 10) : 0);
+        QCOMPARE(rig.file("servlog.txt").contains("Banned name/IP Kestrel/198.51.100.7 [admin initiated kick]\r\n"), bans);
     }
 
-    void about()
+    // The typed command goes out bare; a typed clientkick can lead to a ban of that slot.
+    void otherCommand_data()
     {
-        WindowWorld w;
-        QDesktopServices::setUrlHandler(u"https"_s, this, "openUrl");
-        const QString bin = w.env.root() + u"/bin"_s;
-        QDir().mkpath(bin);
-        const QByteArray path = qgetenv("PATH");
-        qputenv("PATH", bin.toLocal8Bit());
-        Boxes boxes;
-        QStringList seen;
-        bool stayed = false;
-        QVERIFY(whileOpen<frmAbout>([&] { w.child<QAction>("mnuAbout")->trigger(); }, [&](frmAbout &d) {
-            seen << d.windowTitle() << control<QLabel>(d, "lblTitle")->text() << control<QLabel>(d, "lblVersion")->text();
-            press(d, "cmdSysInfo");
-            stayed = d.isVisible();
-            // A system information program on the path is started instead of the box.
-            TestEnv::writeFile(bin + u"/hardinfo"_s, "#!/bin/sh\n/usr/bin/touch \"$0.ran\"\n"_ba);
-            QFile::setPermissions(bin + u"/hardinfo"_s, QFile::ExeOwner | QFile::ReadOwner);
-            press(d, "cmdSysInfo");
-            auto *link = control<QLabel>(d, "lblDescription");
-            QTest::mouseClick(&d, Qt::LeftButton, {}, link->geometry().center());
-        }));
-        qputenv("PATH", path);
-        QDesktopServices::unsetUrlHandler(u"https"_s);
-        QCOMPARE(seen, QStringList({u"About Quorvane"_s, u"Quorvane"_s, u"Version 1.2.1"_s}));
-        QVERIFY(stayed);
-        QCOMPARE(boxes.shown(), QStringList{u"System Information Is Unavailable At This Time"_s});
-        QTRY_VERIFY(QFile::exists(bin + u"/hardinfo.ran"_s));
-        QCOMPARE(m_opened, QUrl(frmAbout::siteAddress));
-        bool closed = false; // Escape closes the box, as does Enter
-        QVERIFY(whileOpen<frmAbout>([&] { w.child<QAction>("mnuAbout")->trigger(); }, [&](frmAbout &d) {
-            QTest::keyClick(&d, Qt::Key_Escape);
-            closed = !d.isVisible();
-        }));
-        QVERIFY(closed);
+        QTest::addColumn<Typed>("k"); // how: B, Ban on; Y, answer Yes; E, Enter, not Send; D, a drain under way; S, started
+        const QString q = u"Do you want to ban Kestrel?"_s;
+        QTest::newRow("ban answered yes") << Typed{u"clientkick 5"_s, u"BY"_s, "clientkick 5"_ba, q, true};
+        QTest::newRow("by Enter, engine running") << Typed{u"clientkick 5 "_s, u"BYES"_s, "clientkick 5"_ba, q, true};
+        QTest::newRow("ban answered no") << Typed{u"clientkick 5"_s, u"B"_s, "clientkick 5"_ba, q, false};
+        QTest::newRow("ban switch off") << Typed{u"clientkick 5"_s, u"Y"_s, "clientkick 5"_ba, {}, false};
+        QTest::newRow("no such slot") << Typed{u"clientkick 4"_s, u"BY"_s, "clientkick 4"_ba, {}, false};
+        QTest::newRow("beyond 16 bits") << Typed{u"clientkick 65541"_s, u"BY"_s, "clientkick 65541"_ba, {}, false};
+        QTest::newRow("not a number") << Typed{u"clientkick abc"_s, u"BY"_s, "clientkick abc"_ba, {}, false};
+        QTest::newRow("leading blanks") << Typed{u"  clientkick 5"_s, u"BY"_s, "clientkick 5"_ba, {}, false};
+        QTest::newRow("longer word") << Typed{u"clientkickX 5"_s, u"BYE"_s, "clientkickX 5"_ba, {}, false};
+        QTest::newRow("blanks only") << Typed{u"   "_s, u"BY"_s, {}, {}, false};
+        QTest::newRow("queue draining") << Typed{u"say hi"_s, u"D"_s, {}, u"Unable to send command: Server Queue"_s, false};
     }
 
-    void listEditor_data()
+    void otherCommand()
     {
-        QTest::addColumn<QByteArray>("file");
-        QTest::addColumn<QString>("typed"); // put behind the text as it loaded
-        QTest::addColumn<QByteArray>("saved");
-        QTest::addColumn<qint32>("top");
-        QTest::newRow("unchanged") << "A\r\nB\r\n"_ba << u""_s << "A\r\nB\r\n"_ba << 1;
-        QTest::newRow("no last line end") << "A\r\nB"_ba << u"\nC"_s << "A\r\nB\r\nC"_ba << 2;
-        QTest::newRow("line feeds kept") << "A\nB\n"_ba << u"C"_s << "A\nB\nC"_ba << 2;
-        QTest::newRow("latin-1 both ways") << "Jos\xe9\xa0X\r\n"_ba << u"\xe9"_s << "Jos\xe9\xa0X\r\n\xe9"_ba << 1;
-        QTest::newRow("empty") << ""_ba << u"Z"_s << "Z"_ba << 0;
-    }
-
-    // Save writes what stands in the box and reloads the banned names at once.
-    void listEditor()
-    {
-        QFETCH(QByteArray, file);
-        QFETCH(QString, typed);
-        QFETCH(QByteArray, saved);
-        QFETCH(qint32, top);
-        WindowWorld w;
-        const QString path = w.env.workDir() + u"banned.txt"_s;
-        TestEnv::writeFile(path, file);
-        frmEditFile editor(w.window.engine(), &w.window);
-        editor.Edit_File(u"banned.txt"_s, u"Editing Banned Names"_s);
-        QVERIFY(whileOpen<frmEditFile>([&] { editor.exec(); }, [&](frmEditFile &d) {
-            auto *box = control<QPlainTextEdit>(d, "txtEdit");
-            box->moveCursor(QTextCursor::End);
-            box->insertPlainText(typed);
-            press(d, "cmdSave");
+        QFETCH(Typed, k);
+        Rig rig;
+        rig.w.settings().Ban = k.how.contains(u'B'), rig.w.settings().CheckInt = 60000;
+        rig.w.settings().BanFor = 10; // no kick reason of the typed command would ban by itself
+        Prompts::clearLastText();
+        if (k.how.contains(u'S'))
+            rig.trigger(u"cmdStart"_s); // stopped while the dialog stands, started again after it
+        QVERIFY(whileOpen<frmOther>([&] { rig.trigger(u"mnuOther"_s); }, [&](frmOther &d) {
+            QVERIFY(!rig.e.engineRunning);
+            auto *box = control<QLineEdit>(d, u"txtCommand"_s);
+            box->setFocus();
+            QTest::keyClicks(box, k.typed);
+            Prompts::setNextAnswer(k.how.contains(u'Y') ? QMessageBox::Yes : k.how.contains(u'D') ? QMessageBox::Ok : QMessageBox::No);
+            rig.e.queueDraining = k.how.contains(u'D'); // as an announcement's drain leaves it
+            if (k.how.contains(u'E')) {
+                QTest::keyPress(box, Qt::Key_Return);
+                QVERIFY(d.isVisible()); // not on the key going down
+                QTest::keyRelease(box, Qt::Key_Return);
+            } else {
+                press(d, u"cmdSend"_s);
+            }
+            rig.e.queueDraining = false;
+            QVERIFY(!d.isVisible());
         }));
-        QCOMPARE(TestEnv::readFile(path), saved);
-        QCOMPARE(w.window.engine().lists().bannedNameTop(), top);
+        Prompts::setNextAnswer(QMessageBox::NoButton);
+        Wire wire = rig.wire();
+        wire.removeAll("status"); // the start's and the restart's own
+        QCOMPARE(wire, k.sent.isEmpty() ? Wire{} : Wire{k.sent});
+        QCOMPARE(Prompts::lastText(), k.box);
+        QCOMPARE(rig.file("banned.txt") + QByteArray::number(rig.e.stats.banadds), k.banned ? "Kestrel\r\n1"_ba : "0"_ba);
+        QCOMPARE(rig.e.engineRunning, k.how.contains(u'S'));
     }
-
-    // A save that fails leaves the old list whole, says so, and keeps the editor and its text.
-    void listEditorSaveFails()
-    {
-        WindowWorld w;
-        const QString path = w.env.workDir() + u"immuneIP.txt"_s;
-        TestEnv::writeFile(path, "1.2.3.4\r\n"_ba);
-        Boxes boxes;
-        bool open = false;
-        frmEditFile editor(w.window.engine(), &w.window);
-        editor.Edit_File(u"immuneIP.txt"_s, u"Editing Immune IPs"_s);
-        QVERIFY(whileOpen<frmEditFile>([&] { editor.exec(); }, [&](frmEditFile &d) {
-            control<QPlainTextEdit>(d, "txtEdit")->setPlainText(QString(4000, u'9'));
-            // A disk that takes no more than 1000 bytes a file.
-            const rlimit small{1000, RLIM_INFINITY};
-            rlimit old{};
-            getrlimit(RLIMIT_FSIZE, &old);
-            const auto oldHandler = std::signal(SIGXFSZ, SIG_IGN);
-            setrlimit(RLIMIT_FSIZE, &small);
-            press(d, "cmdSave");
-            setrlimit(RLIMIT_FSIZE, &old);
-            std::signal(SIGXFSZ, oldHandler);
-            open = d.isVisible();
-            QCOMPARE(frmEditFile::plainText(*control<QPlainTextEdit>(d, "txtEdit")), QString(4000, u'9'));
-        }));
-        QVERIFY(open);
-        QCOMPARE(TestEnv::readFile(path), "1.2.3.4\r\n"_ba);
-        QCOMPARE(QDir(w.env.workDir()).entryList({u"immuneIP*"_s}, QDir::Files), QStringList{u"immuneIP.txt"_s});
-        QVERIFY(TestEnv::readFile(w.env.workDir() + u"ErrLog.txt"_s).contains("Error saving changes to immuneIP.txt"));
-        QCOMPARE(boxes.shown().size(), 1);
-        QVERIFY(boxes.shown().at(0).startsWith(u"Error saving changes to immuneIP.txt: "_s));
-    }
-
-private:
-    QUrl m_opened;
 };
 
 QTEST_MAIN(TestDialogs)
