@@ -103,7 +103,7 @@ struct Table : EngineWorld
 };
 
 struct ListRow { QString files; QByteArray bytes; QString name, ip; int hits; QString status; };
-struct PairRow { QString nameA, nameB, ipB, pingA; int agoB; QString how, act; };
+struct PairRow { QString nameA, nameB, ipB, pingA; double agoB; QString how, act; };
 struct BanRow { int type; QString ip, reason; QByteArray banned, bannedIP; QStringList log; QByteArray record; int banadds; };
 
 } // namespace
@@ -250,8 +250,8 @@ private Q_SLOTS:
     {
         QTest::addColumn<PairRow>("k"); // how: T, B took the name after joining; S, B has no slot yet
         const QString h = u"Hawk"_s, H = u"HAWK"_s, ip = u"192.0.2.2"_s, z = u"50"_s;
-        QTest::newRow("joined 62 s ago") << PairRow{h, H, ip, z, 62, {}, u"warn 2"_s};
-        QTest::newRow("joined 63 s ago") << PairRow{h, H, ip, z, 63, {}, u"kick 2"_s};
+        QTest::newRow("joined 62.2 s ago") << PairRow{h, H, ip, z, 62.2, {}, u"warn 2"_s};
+        QTest::newRow("joined 62.25 s ago") << PairRow{h, H, ip, z, 62.25, {}, u"kick 2"_s};
         QTest::newRow("took the name") << PairRow{h, H, ip, z, 10, u"T"_s, u"kick 2"_s};
         QTest::newRow("no slot: warned only") << PairRow{h, H, ip, z, 300, u"S"_s, u"warn 2"_s};
         QTest::newRow("same address") << PairRow{h, H, u"192.0.2.1"_s, z, 300, {}, {}};

@@ -16,9 +16,14 @@
 #include <QAction>
 #include <QCheckBox>
 #include <QComboBox>
+#include <QDir>
 #include <QLineEdit>
 #include <QPlainTextEdit>
 #include <QTableWidget>
+
+#include <csignal>
+
+#include <sys/resource.h>
 
 using namespace Qt::Literals::StringLiterals;
 using Wire = QList<QByteArray>;
@@ -257,6 +262,38 @@ private Q_SLOTS:
         const ListFiles &l = w.window.engine().lists();
         QCOMPARE(QList<qint32>({l.bannedNameTop(), l.bannedIPTop(), l.immuneIPTop(), l.badNameTop()}), QList<qint32>({2, 2, 1, 0}));
         QCOMPARE(l.badNames().at(0), u"C"_s);
+    }
+
+    // A save that fails leaves the old list whole, says so, and keeps the editor and its text;
+    // the next Save, with room again, writes it.
+    void listEditorSaveFails()
+    {
+        WindowWorld w;
+        const QString path = w.env.workDir() + u"immuneIP.txt"_s;
+        TestEnv::writeFile(path, "1.2.3.4\r\n"_ba);
+        Boxes boxes;
+        frmEditFile editor(w.window.engine(), &w.window);
+        editor.Edit_File(u"immuneIP.txt"_s, u"Editing Immune IPs"_s);
+        QVERIFY(whileOpen<frmEditFile>([&] { editor.exec(); }, [&](frmEditFile &d) {
+            control<QPlainTextEdit>(d, u"txtEdit"_s)->setPlainText(QString(4000, u'9'));
+            const rlimit small{1000, RLIM_INFINITY}; // a disk that takes 1000 bytes a file
+            rlimit old{};
+            getrlimit(RLIMIT_FSIZE, &old);
+            const auto oldHandler = std::signal(SIGXFSZ, SIG_IGN);
+            setrlimit(RLIMIT_FSIZE, &small);
+            press(d, u"cmdSave"_s);
+            setrlimit(RLIMIT_FSIZE, &old);
+            std::signal(SIGXFSZ, oldHandler);
+            QVERIFY(d.isVisible());
+            QCOMPARE(TestEnv::readFile(path), "1.2.3.4\r\n"_ba);
+            QCOMPARE(QDir(w.env.workDir()).entryList({u"immuneIP*"_s}, QDir::Files), QStringList{u"immuneIP.txt"_s});
+            press(d, u"cmdSave"_s);
+            QVERIFY(!d.isVisible());
+        }));
+        QCOMPARE(TestEnv::readFile(path), QByteArray(4000, '9'));
+        QCOMPARE(w.window.engine().lists().immuneIPTop(), 0);
+        QCOMPARE(boxes.shown().size(), 1);
+        QVERIFY(boxes.shown().at(0).startsWith(u"Error saving changes to immuneIP.txt: "_s));
     }
 
     void announcement()
