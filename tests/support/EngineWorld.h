@@ -18,7 +18,7 @@
 struct EngineWorld
 {
     explicit EngineWorld(double clockSpeed = 0)
-        : clock(QDateTime(QDate(2026, 11, 22), QTime(12, 0, 0)), clockSpeed)
+        : clock(FakeClock::firstMoment(), clockSpeed)
         , engine(clock, view)
     {
         SettingsStore::setProgramDirectoryForTesting(env.workDir());

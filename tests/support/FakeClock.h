@@ -14,7 +14,9 @@ class FakeClock final : public Clock
 {
     Q_OBJECT
 public:
-    explicit FakeClock(QDateTime start = QDateTime(QDate(2026, 11, 22), QTime(12, 0, 0)), double speed = 0)
+    static QDateTime firstMoment() { return QDateTime(QDate(2026, 11, 22), QTime(12, 0, 0)); }
+
+    explicit FakeClock(QDateTime start = firstMoment(), double speed = 0)
         : m_base(std::move(start))
         , m_speed(speed)
     {

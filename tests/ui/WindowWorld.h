@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "DialogDriver.h"
 #include "FakeClock.h"
 #include "TestEnv.h"
 #include "core/Engine.h"
@@ -12,7 +13,7 @@
 struct WindowWorld
 {
     explicit WindowWorld(double clockSpeed = 0)
-        : clock(QDateTime(QDate(2026, 11, 22), QTime(12, 0, 0)), clockSpeed)
+        : clock(FakeClock::firstMoment(), clockSpeed)
     {
         settings().FileLoc = env.workDir(); // error records stay in the private folder
         window.engine().lists().LoadAll();  // the six lists stand, empty, as after a start
@@ -23,10 +24,7 @@ struct WindowWorld
     template<typename T>
     T *child(const char *name)
     {
-        T *found = window.findChild<T *>(QLatin1String(name));
-        if (!found)
-            qFatal("no control %s", name);
-        return found;
+        return control<T>(window, QLatin1String(name));
     }
     Settings &settings() { return window.engine().settings; }
 
