@@ -153,6 +153,24 @@ qint32 toInt32(const QString &text)
     return toWhole<qint32>(text);
 }
 
+QList<Line> splitLines(const QString &text)
+{
+    QList<Line> lines;
+    qsizetype start = 0;
+    for (qsizetype i = 0; i < text.size(); ++i) {
+        const QChar c = text.at(i);
+        if (c != u'\n' && c != u'\r')
+            continue;
+        const bool crlf = c == u'\r' && i + 1 < text.size() && text.at(i + 1) == u'\n';
+        lines.append({text.mid(start, i - start), crlf ? QStringLiteral("\r\n") : QString(c)});
+        if (crlf)
+            ++i;
+        start = i + 1;
+    }
+    lines.append({text.mid(start), QString()});
+    return lines;
+}
+
 QString fromWire(const QByteArray &bytes)
 {
     return QString::fromLatin1(bytes);

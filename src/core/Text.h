@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QDate>
+#include <QList>
 #include <QString>
 #include <QTime>
 
@@ -29,6 +30,15 @@ bool isNumeric(const QString &text);
 // is no number and Overflow outside the range.
 qint16 toInt16(const QString &text);
 qint32 toInt32(const QString &text);
+
+// A text cut into lines at CR LF, at LF and at a lone CR. Each line keeps its own end; the
+// last line has none, and is empty when the text ends in a line end.
+struct Line
+{
+    QString text;
+    QString end;
+};
+QList<Line> splitLines(const QString &text);
 
 // One byte a character, both ways.
 QString fromWire(const QByteArray &bytes);

@@ -17,25 +17,6 @@ namespace {
     throw RuntimeError(RuntimeError::FileError, file.errorString(), QStringLiteral("Quorvane"), errno);
 }
 
-// The lines of a file: a line ends at CR LF, at LF or at CR; a last line without an end counts.
-QStringList linesOf(const QByteArray &bytes)
-{
-    QStringList lines;
-    qsizetype start = 0;
-    for (qsizetype i = 0; i < bytes.size(); ++i) {
-        const char c = bytes.at(i);
-        if (c != '\n' && c != '\r')
-            continue;
-        lines.append(Text::fromWire(bytes.mid(start, i - start)));
-        if (c == '\r' && i + 1 < bytes.size() && bytes.at(i + 1) == '\n')
-            ++i;
-        start = i + 1;
-    }
-    if (start < bytes.size())
-        lines.append(Text::fromWire(bytes.mid(start)));
-    return lines;
-}
-
 } // namespace
 
 const QString &ListTable::at(qint32 index) const
@@ -71,7 +52,9 @@ void ListFiles::load(ListTable &table, const QString &fileName, const QString &A
             fileError(file);
         const QByteArray bytes = file.readAll();
         file.close();
-        for (QString line : linesOf(bytes)) {
+        // The empty line behind a last line end goes with the blank ones.
+        for (const Text::Line &read : Text::splitLines(Text::fromWire(bytes))) {
+            QString line = read.text;
             if (form == Form::Upper)
                 line = Text::upper(line);
             const QString trimmed = Text::trimBlanks(line);
