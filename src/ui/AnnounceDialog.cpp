@@ -31,9 +31,7 @@ frmAnnounce::frmAnnounce(Engine &engine, QWidget *parent)
     txtAnnounce->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
     chkAnnounce = place<QCheckBox>(this, u"chkAnnounce", u"Enable", 120, 3345, 1200, 300);
     lblAnnounce = place<QLabel>(this, u"lblAnnounce", u"Announce Every", 1380, 3360, 1620, 300);
-    cboAnnounce = place<QComboBox>(this, u"cboAnnounce", 3000, 3345, 1560, 330);
-    cboAnnounce->setEditable(true);
-    cboAnnounce->setInsertPolicy(QComboBox::NoInsert);
+    cboAnnounce = editableCombo(this, u"cboAnnounce", 3000, 3345, 1560);
     fraSequence = place<QGroupBox>(this, u"fraSequence", 4740, 3270, 1740, 1170);
     fraSequence->setTitle(QStringLiteral("Sequence"));
     optRandom = place<QRadioButton>(fraSequence, u"optRandom", u"Random", 180, 330, 1440, 300);
@@ -67,7 +65,7 @@ void frmAnnounce::Form_Load()
     chkAnnounce->setChecked(s.intAnnouce == 1);
     optRandom->setChecked(s.MsgRandom);
     optSequential->setChecked(!s.MsgRandom);
-    cboAnnounce->setCurrentText(CodedItems::announceEvery().textOf(s.lngAnnounce));
+    showText(cboAnnounce, CodedItems::announceEvery().textOf(s.lngAnnounce));
     Load_Srv_Msg();
     chkAnnounce_Click();
 }

@@ -5,6 +5,7 @@
 #include "ui/FittingFont.h"
 #include "ui/Twips.h"
 
+#include <QComboBox>
 #include <QKeyEvent>
 #include <QLabel>
 #include <QPushButton>
@@ -38,6 +39,23 @@ void FormDialog::finishForm(QPushButton *defaultAndCancel)
     m_cancelButton = defaultAndCancel;
     if (defaultAndCancel)
         defaultAndCancel->setDefault(true);
+}
+
+QComboBox *FormDialog::editableCombo(QWidget *parent, QStringView name, int left, int top, int width)
+{
+    auto *box = Twips::place<QComboBox>(parent, name, left, top, width, 330);
+    box->setEditable(true);
+    box->setInsertPolicy(QComboBox::NoInsert); // Enter must not grow the list
+    // The default completer ignores case and puts its item in place of the typed text when
+    // the box is left; the text is compared exactly.
+    box->setCompleter(nullptr);
+    return box;
+}
+
+void FormDialog::showText(QComboBox *box, const QString &text)
+{
+    box->setCurrentIndex(box->findText(text));
+    box->setEditText(text);
 }
 
 void FormDialog::run(const QString &routine, const std::function<void()> &handler)

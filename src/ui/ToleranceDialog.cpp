@@ -23,14 +23,6 @@ using Twips::place;
 
 namespace {
 
-QComboBox *editableCombo(QWidget *parent, QStringView name, int left, int top, int width)
-{
-    auto *box = place<QComboBox>(parent, name, left, top, width, 330);
-    box->setEditable(true);
-    box->setInsertPolicy(QComboBox::NoInsert); // Enter must not grow the list
-    return box;
-}
-
 QLineEdit *textBox(QWidget *parent, QStringView name, int left, int top, int width)
 {
     return place<QLineEdit>(parent, name, left, top, width, 330);
@@ -200,15 +192,15 @@ void frmTolerance::Form_Load()
     txtRateMin->setText(QString::number(s.RateMin));
     txtRateMax->setText(QString::number(s.RateMax));
     txtTellPause->setText(QString::number(s.TellPause));
-    cboWarning->setCurrentText(s.WarnTxt);
+    showText(cboWarning, s.WarnTxt);
 
-    cboBanType->setCurrentText(CodedItems::banType().textOf(s.BanType));
-    cboBanFor->setCurrentText(CodedItems::banFor().textOf(s.BanFor));
-    cboStatusInterval->setCurrentText(CodedItems::statusInterval().textOf(s.StatusInterval));
+    showText(cboBanType, CodedItems::banType().textOf(s.BanType));
+    showText(cboBanFor, CodedItems::banFor().textOf(s.BanFor));
+    showText(cboStatusInterval, CodedItems::statusInterval().textOf(s.StatusInterval));
 
     if (s.PingPasses < 1 || s.PingPasses > 6)
         s.PingPasses = 2; // repaired at once; Cancel does not undo it
-    cboPasses->setCurrentText(QString::number(s.PingPasses));
+    showText(cboPasses, QString::number(s.PingPasses));
 
     // Whole seconds, written out in full also for a stored interval far out of range.
     txtScanInt->setText(QString::number(static_cast<qint64>(std::nearbyint(s.CheckInt / 1000.0))));
