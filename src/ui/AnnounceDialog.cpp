@@ -29,6 +29,7 @@ frmAnnounce::frmAnnounce(Engine &engine, QWidget *parent)
     txtAnnounce->setLineWrapMode(QPlainTextEdit::NoWrap);
     txtAnnounce->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
     txtAnnounce->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
+    txtAnnounce->setTabChangesFocus(true);
     chkAnnounce = place<QCheckBox>(this, u"chkAnnounce", u"Enable", 120, 3345, 1200, 300);
     lblAnnounce = place<QLabel>(this, u"lblAnnounce", u"Announce Every", 1380, 3360, 1620, 300);
     cboAnnounce = editableCombo(this, u"cboAnnounce", 3000, 3345, 1560);

@@ -18,6 +18,7 @@ frmEditFile::frmEditFile(Engine &engine, QWidget *parent)
     txtEdit = place<QPlainTextEdit>(this, u"txtEdit", 60, 60, 6120, 4260);
     txtEdit->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     txtEdit->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    txtEdit->setTabChangesFocus(true); // a tab in a name would never match
     cmdSave = place<QPushButton>(this, u"cmdSave", u"Save", 3420, 4440, 1320, 375);
     cmdCancel = place<QPushButton>(this, u"cmdCancel", u"Cancel", 4860, 4440, 1320, 375);
     finishForm();
