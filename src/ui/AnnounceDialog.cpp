@@ -4,7 +4,6 @@
 #include "core/Engine.h"
 #include "core/RuntimeError.h"
 #include "ui/CodedItems.h"
-#include "ui/EditFileDialog.h"
 #include "ui/GameCodesDialog.h"
 #include "ui/ListFileText.h"
 #include "ui/Prompts.h"
@@ -74,9 +73,7 @@ void frmAnnounce::Form_Load()
 void frmAnnounce::Load_Srv_Msg()
 {
     m_engine.errors().catching(QStringLiteral("Error loading announcements (Load_Srv_Msg)"), [&] {
-        const ListFileText::Loaded file = ListFileText::load(path());
-        txtAnnounce->setPlainText(file.text);
-        m_lineEnd = file.lineEnd;
+        m_lineEnd = ListFileText::load(path(), *txtAnnounce);
     });
 }
 
@@ -85,7 +82,7 @@ void frmAnnounce::Save_Srv_Msg()
     m_engine.errors().catching(QStringLiteral("Error saving server announcements (Save_Srv_Msg)"), [&] {
         if (!QFile::exists(path()))
             throw RuntimeError(RuntimeError::FileError, QStringLiteral("File not found"));
-        ListFileText::save(path(), frmEditFile::plainText(*txtAnnounce), m_lineEnd);
+        ListFileText::save(path(), *txtAnnounce, m_lineEnd);
     });
 }
 

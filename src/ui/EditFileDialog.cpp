@@ -30,22 +30,11 @@ frmEditFile::frmEditFile(Engine &engine, QWidget *parent)
     connect(cmdCancel, &QPushButton::clicked, this, &QDialog::reject);
 }
 
-QString frmEditFile::plainText(const QPlainTextEdit &box)
-{
-    // The raw text keeps a no-break space (0xA0) that the plain text would turn into a blank.
-    QString text = box.document()->toRawText();
-    text.replace(QChar::ParagraphSeparator, u'\n');
-    text.replace(QChar::LineSeparator, u'\n');
-    return text;
-}
-
 void frmEditFile::Edit_File(const QString &fName, const QString &wTitle)
 {
     m_fName = fName;
     m_engine.errors().catching(QStringLiteral("Error editing ") + fName, [&] {
-        const ListFileText::Loaded file = ListFileText::load(m_engine.settings.FileLoc + fName);
-        txtEdit->setPlainText(file.text);
-        m_lineEnd = file.lineEnd;
+        m_lineEnd = ListFileText::load(m_engine.settings.FileLoc + fName, *txtEdit);
     });
     setWindowTitle(QStringLiteral("QVN - ") + wTitle);
 }
@@ -57,7 +46,7 @@ void frmEditFile::cmdSave_Click()
         QStringLiteral("Error saving changes to ") + m_fName,
         [&] {
             try {
-                ListFileText::save(m_engine.settings.FileLoc + m_fName, plainText(*txtEdit), m_lineEnd);
+                ListFileText::save(m_engine.settings.FileLoc + m_fName, *txtEdit, m_lineEnd);
             } catch (const RuntimeError &e) {
                 reason = e.description();
                 throw;

@@ -17,9 +17,6 @@ public:
     // Load the form, call this, then show it modally: the form is empty until it has run.
     void Edit_File(const QString &fName, const QString &wTitle = QString());
 
-    // The editor's text as the operator sees it, with \n line ends.
-    static QString plainText(const QPlainTextEdit &box);
-
 private:
     void cmdSave_Click();
     void reloadTable();

@@ -3,23 +3,22 @@
 
 #include <QString>
 
-// A list file as the operator edits it in a text box: one byte a character (Latin-1),
-// shown with plain line feeds and written back with the line ends the file had
-// (CR LF, or LF for a file that held only those; CR LF for a file without any).
+class QPlainTextEdit;
+
+// A list file as the operator edits it in a text box: one byte a character (Latin-1), each
+// line written back with the end it had (CR LF, LF or a lone CR), and the last line with
+// or without one as it was. A line the operator adds takes the end that most of the file's
+// lines have (CR LF for a file without any).
 namespace ListFileText {
 
-struct Loaded
-{
-    QString text;    // with \n line ends
-    QString lineEnd; // what a \n becomes again on saving
-};
+// Shows the whole file in the box and gives the end for added lines. Raises RuntimeError
+// when the file does not exist or cannot be read.
+QString load(const QString &path, QPlainTextEdit &box);
 
-// The whole file. Raises RuntimeError when it does not exist or cannot be read.
-Loaded load(const QString &path);
-
-// Writes the text completely beside the old file and puts it in the old one's place in
-// one step, so that a full disk or a crash leaves the old list whole. Raises
-// RuntimeError with the reason when the list could not be replaced.
-void save(const QString &path, const QString &text, const QString &lineEnd);
+// Writes the box's text, `lineEnd` behind the lines the operator added, completely beside
+// the old file and puts it in the old one's place in one step, so that a full disk or a crash
+// leaves the old list whole. Raises RuntimeError with the reason when the list could not be
+// replaced.
+void save(const QString &path, const QPlainTextEdit &box, const QString &lineEnd);
 
 } // namespace ListFileText
