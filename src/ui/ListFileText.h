@@ -17,8 +17,8 @@ QString load(const QString &path, QPlainTextEdit &box);
 
 // Writes the box's text, `lineEnd` behind the lines the operator added, completely beside
 // the old file and puts it in the old one's place in one step, so that a full disk or a crash
-// leaves the old list whole. Raises RuntimeError with the reason when the list could not be
-// replaced.
+// leaves the old list whole. A folder that takes no new file gets the list written over the
+// old one in place. Raises RuntimeError with the reason when the list could not be written.
 void save(const QString &path, const QPlainTextEdit &box, const QString &lineEnd);
 
 } // namespace ListFileText
