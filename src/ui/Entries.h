@@ -14,6 +14,7 @@ constexpr qint32 int16Min = std::numeric_limits<qint16>::min();
 constexpr qint32 int16Max = std::numeric_limits<qint16>::max();
 constexpr qint32 int32Min = std::numeric_limits<qint32>::min();
 constexpr qint32 int32Max = std::numeric_limits<qint32>::max();
+constexpr qint32 portMax = std::numeric_limits<quint16>::max();
 
 // Nothing for text that is no number or that falls outside min to max.
 std::optional<qint32> whole(const QString &text, qint32 min, qint32 max);

@@ -105,14 +105,14 @@ QString frmSettings::chosenDirectory() const
     return path;
 }
 
-// The port goes into 16 bits and the delay must be a finite number; anything beyond is
-// refused before a setting is applied.
+// The port takes every port the socket can bind and the negative numbers of 16 bits, and the
+// delay must be a finite number; anything beyond is refused before a setting is applied.
 bool frmSettings::entriesFit()
 {
     const QString port = txtLocalPort->text();
-    if (Text::isNumeric(port) && !Entries::whole(port, Entries::int16Min, Entries::int16Max)) {
+    if (Text::isNumeric(port) && !Entries::whole(port, Entries::int16Min, Entries::portMax)) {
         Prompts::information(this, Entries::mustBe(QStringLiteral("The local port"), Entries::int16Min,
-                                                   Entries::int16Max));
+                                                   Entries::portMax));
         txtLocalPort->setFocus();
         return false;
     }
@@ -147,7 +147,7 @@ void frmSettings::cmdOK_Click()
     else if (!s.SaveLog && log.logOpen())
         log.CloseLog();
     if (Text::isNumeric(txtLocalPort->text()))
-        s.LocalPort = *Entries::whole(txtLocalPort->text(), Entries::int16Min, Entries::int16Max);
+        s.LocalPort = *Entries::whole(txtLocalPort->text(), Entries::int16Min, Entries::portMax);
     if (Text::isNumeric(txtCommandDelay->text()))
         s.CommandDelay = Text::trimBlanks(txtCommandDelay->text()).toDouble();
     accept();
