@@ -7,6 +7,9 @@
 #include <QString>
 #include <QTemporaryDir>
 
+#include <sys/fsuid.h>
+#include <sys/stat.h>
+
 // A private world for one test: its own config and data homes and a working folder,
 // so no test touches the user's settings or another test's files.
 class TestEnv
@@ -46,4 +49,38 @@ private:
     QTemporaryDir m_dir;
     QByteArray m_oldConfig = qgetenv("XDG_CONFIG_HOME");
     QByteArray m_oldData = qgetenv("XDG_DATA_HOME");
+};
+
+// While it lives, a folder takes no new file while the files in it can still be written, also
+// for root, whom permission bits do not stop: this thread meets the file system as an
+// ordinary user.
+class FolderWithoutWrite
+{
+public:
+    explicit FolderWithoutWrite(const QString &folder)
+        : m_folder(QFile::encodeName(folder))
+    {
+        // The way to it open to everybody: root's groups stay in force.
+        for (QDir up(folder); up.cdUp() && !up.isRoot();) {
+            struct stat st{};
+            const QByteArray path = QFile::encodeName(up.path());
+            if (stat(path.constData(), &st) == 0)
+                chmod(path.constData(), (st.st_mode & 07777) | S_IXGRP | S_IXOTH);
+        }
+        for (const QString &name : QDir(folder).entryList(QDir::Files))
+            chmod(QFile::encodeName(folder + QStringLiteral("/") + name).constData(), 0666);
+        chmod(m_folder.constData(), 0555);
+        m_fsuid = setfsuid(65534);
+    }
+    ~FolderWithoutWrite()
+    {
+        setfsuid(static_cast<uid_t>(m_fsuid));
+        chmod(m_folder.constData(), 0755);
+    }
+    FolderWithoutWrite(const FolderWithoutWrite &) = delete;
+    FolderWithoutWrite &operator=(const FolderWithoutWrite &) = delete;
+
+private:
+    QByteArray m_folder;
+    int m_fsuid;
 };

@@ -6,7 +6,9 @@
 #include <QAbstractButton>
 #include <QApplication>
 #include <QDialog>
+#include <QKeySequence>
 #include <QStringList>
+#include <QTest>
 #include <QTimer>
 
 #include <functional>
@@ -49,15 +51,40 @@ T *control(QWidget &d, const QString &name)
 
 inline void press(QWidget &d, const QString &name) { control<QAbstractButton>(d, name)->click(); }
 
-// What a control shows (the current text of a combo box), and typing into a box or a combo box.
+// What a control shows (the current text of a combo box).
 inline QString text(QWidget *box)
 {
     const QVariant combo = box->property("currentText");
     return combo.isValid() ? combo.toString() : box->property("text").toString();
 }
-inline void type(QWidget *box, const QString &typed)
+
+// Keys as the operator presses them, each to the control that has the focus at the time: a
+// name in brackets is a key ("[Tab]", "[Ctrl+End]", "[Return]"), the rest is typed a
+// character at a time.
+inline void keys(const QString &script)
 {
-    box->setProperty(box->property("currentText").isValid() ? "currentText" : "text", typed);
+    for (qsizetype i = 0; i < script.size(); ++i) {
+        QWidget *focus = QApplication::focusWidget();
+        if (!focus)
+            qFatal("no control has the focus");
+        if (script.at(i) == u'[') {
+            const qsizetype close = script.indexOf(u']', i);
+            QTest::keySequence(focus, QKeySequence::fromString(script.mid(i + 1, close - i - 1)));
+            i = close;
+        } else {
+            const QChar c = script.at(i);
+            QTest::sendKeyEvent(QTest::Click, focus, Qt::Key(c.toUpper().unicode()), QString(c), Qt::NoModifier);
+        }
+    }
+}
+
+// Types into a box as the operator does: it takes the focus, and the keys go over what it shows.
+inline void type(QWidget *box, const QString &script)
+{
+    box->setFocus();
+    if (!box->hasFocus())
+        qFatal("%s takes no focus", qPrintable(box->objectName()));
+    keys(QStringLiteral("[Ctrl+A]") + script);
 }
 
 // The named controls' Enabled states, as 1 and 0.
