@@ -100,10 +100,10 @@ private Q_SLOTS:
     {
         EngineWorld w;
         TestEnv::writeFile(w.env.workDir() + u"bannedIP.txt"_s, "192.0.2.1\r\n192.0.2.1\r\n");
-        w.engine.LoadSettings(u"quorvane12"_s);
+        w.clock.setNow(QDateTime(QDate(2026, 11, 20), QTime(6, 29)));
+        w.engine.LoadSettings(u"quorvane12"_s); // the start of the run
+        w.clock.setNow(FakeClock::firstMoment());
         Stats &s = w.engine.stats;
-        s.startdate = QDate(2026, 11, 20);
-        s.starttime = (6 * 60 + 29) / 1440.0;
         s.pingkicks = 1, s.bankicks = 2, s.banadds = 3, s.players = 4, s.totalplayers = 5;
         s.checks = 6, s.tkkicks = 7, s.totalmaps = 8, s.avgping = 9;
         w.engine.settings.Host = u"203.0.113.5"_s;

@@ -352,8 +352,8 @@ private Q_SLOTS:
         QCOMPARE(rig.w.view.labels.value(View::Label::lblMap), u"Map (C/T): obj/obj_team2 / 1"_s);
     }
 
-    // Two equal names on a cheap scan: a full one follows. No reply: the table stays, and no
-    // check starts while a command waits for its answer.
+    // Two equal names on a cheap scan: a full one follows. No reply: the table stays; a
+    // refused command is logged, and no check starts while a command waits for its answer.
     void cheapScanBecomesFullAndNoServerLeavesTheTable()
     {
         Rig rig;
@@ -375,9 +375,13 @@ private Q_SLOTS:
         QVERIFY(rig.w.engine.pane().text().endsWith(u"Warning: SendCommands timed out.\r\n"_s));
         rig.w.engine.settings.SaveLog = true;
         rig.w.engine.log().OpenLog();
+        rig.w.engine.queueDraining = true; // the queue refuses the command
+        QVERIFY(!rig.w.engine.statusCycle().sendStatus(u"status"_s));
+        rig.w.engine.queueDraining = false;
         rig.w.engine.waitingForServer = true;
         rig.w.engine.TkCheck();
         QCOMPARE(rig.w.engine.stats.checks, 0);
+        QVERIFY(rig.w.file(u"servlog.txt"_s).contains("\r\n\r\nError: sendStatus couldn't add status command to queue.\r\n\r\n["));
         QVERIFY(rig.w.file(u"servlog.txt"_s).endsWith("]\r\nRunning a TK check.\r\n\r\n...skipped check, still waiting for server.\r\n\r\n"));
     }
 };
