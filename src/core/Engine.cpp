@@ -37,6 +37,7 @@ Engine::Engine(Clock &clock, View &view, QObject *parent)
             [this] { guarded(QStringLiteral("timKickcheck_Timer"), [this] { timKickcheck_Timer(); }); });
     connect(&timProgress, &Ticker::tick, this,
             [this] { guarded(QStringLiteral("timProgress_Timer"), [this] { timProgress_Timer(); }); });
+    m_errors.setUnrecorded([this](const QString &line) { m_pane.append(QStringLiteral("\r\n") + line + QStringLiteral("\r\n")); });
     // Taken-over settings: the lists of the old folder follow into the new one.
     connect(this, &Engine::listsToCopy, this, [this] { m_lists.CopyListsToNewFolder(); });
 }

@@ -2,6 +2,7 @@
 // The application core on a headless window: the settings store, Form_Load, the run switch,
 // the timers, the waits, the orderly stop and the fatal one.
 #include "EngineWorld.h"
+#include "StderrCapture.h"
 #include "SimServer.h"
 #include "core/Waits.h"
 #include "link/CommandQueue.h"
@@ -285,20 +286,79 @@ private Q_SLOTS:
         QVERIFY(clock.timeNow() >= QTime(0, 0, 1));
     }
 
-    // Neither a log that cannot be opened nor an ErrLog.txt that cannot be written lets the program go on.
-    void unwritableFolders()
+    // Every writer on a disk that takes nothing (a link to /dev/full) or stops in the middle
+    // of a write (a file size limit): the failure takes its road, never silent, and no part
+    // of a line stays behind. A folder that is gone, and an ErrLog.txt that cannot be written
+    // under a fatal report, still end in the box.
+    void writesThatFail()
     {
-        EngineWorld w;
-        w.engine.settings.FileLoc = w.env.workDir() + u"missing/"_s;
-        QVERIFY_THROWS_EXCEPTION(FatalExit, w.engine.log().OpenLog());
-        QVERIFY(w.view.boxes.value(0).contains(u"\r\n\r\nError opening server log[75]: "_s));
-        w.engine.settings.FileLoc = u"/proc/no/such/dir/"_s;
-        try {
-            throw std::runtime_error("boom");
-        } catch (...) {
-            QVERIFY_THROWS_EXCEPTION(FatalExit, w.engine.errors().ReportError(true, u"CopyPlayers"_s));
+        struct Row { QString broken; std::function<void(EngineWorld &)> act; QString box, file; QByteArray left; QString said; };
+        const auto fatal = [](const QString &words) { return u"Quorvane has encountered an error and will shut down.\r\n\r\n"_s + words; };
+        const QByteArray kept = QByteArray(398, 'k') + "\r\n";
+        const QByteArray head = QByteArray(52, '-') + "\r\nLogging Started on 2026-11-22 at 12:00:00\r\n" + QByteArray(52, '-') + "\r\n\r\n";
+        const auto send = [](EngineWorld &w) { // a datagram the network refuses: a report that returns
+            w.view.fields[View::Field::txtHost] = u"000.000.000.000"_s;
+            w.view.fields[View::Field::txtPort] = u"1"_s;
+            w.engine.link().UDPClient_SendMessage(u"status"_s, true, true);
+        };
+        const auto cutShort = [&kept](EngineWorld &w, const QString &name, const std::function<void()> &act) {
+            TestEnv::writeFile(w.env.workDir() + name, kept);
+            FileSizeLimit limit(kept.size() + 4);
+            act();
+        };
+        const QString unrecorded = u"\r\nError not recorded in ErrLog.txt (%1): Error sending via UDP (UDPClient_SendMessage)\r\n\r\n12:00:00>status"_s;
+        const QList<Row> rows{
+            {u"banned.txt"_s, [](EngineWorld &w) { w.engine.lists().AppendToFile(u"banned.txt"_s, u"Evil One"_s); },
+             fatal(u"Error appending Evil One to banned.txt[75]: No space left on device"_s), u"ErrLog.txt"_s,
+             "\"[2026-11-22 12:00:00] - Error 75: No space left on device\r\n\tCalling Function: Quorvane\r\n\tLast DLL: 28\r\n"
+             "\tSource: Quorvane\r\n\tAppMsg: Error appending Evil One to banned.txt\"\r\n", {}},
+            {{}, [&](EngineWorld &w) { cutShort(w, u"banned.txt"_s, [&] { w.engine.lists().AppendToFile(u"banned.txt"_s, u"Evil One"_s); }); },
+             fatal(u"Error appending Evil One to banned.txt[75]: File too large"_s), u"banned.txt"_s, kept, {}},
+            {u"ReasonBanned.txt"_s, [](EngineWorld &w) {
+                 PlayerRecord &r = w.engine.players().currentPlayers[1];
+                 r.name = u"Evil One"_s, r.ip = u"203.0.113.99"_s;
+                 w.engine.settings.SaveLog = true;
+                 w.engine.log().OpenLog();
+                 w.engine.Ban(1, u"[admin initiated kick]"_s, true);
+             }, fatal(u"Error appending Banned IP & name 203.0.113.99 / Evil One on 2026-11-22 at 12:00:00 [admin initiated kick]"
+                      " to ReasonBanned.txt[75]: No space left on device"_s), u"bannedIP.txt"_s, "203.0.113.99\r\n", {}},
+            {u"servlog.txt"_s, [](EngineWorld &w) { w.engine.log().OpenLog(); },
+             fatal(u"Error opening server log[75]: No space left on device"_s), {}, {}, {}},
+            {{}, [&head](EngineWorld &w) {
+                 w.engine.log().OpenLog();
+                 FileSizeLimit limit(head.size() + 100);
+                 w.engine.log().WriteLog(QString(200, u'x'));
+             }, fatal(u"Error writing out to server log[75]: File too large"_s), u"servlog.txt"_s, head, {}},
+            {u"ErrLog.txt"_s, send, {}, {}, {}, unrecorded.arg(u"No space left on device"_s)},
+            {{}, [&](EngineWorld &w) { cutShort(w, u"ErrLog.txt"_s, [&] { send(w); }); }, {}, u"ErrLog.txt"_s, kept,
+             unrecorded.arg(u"File too large"_s)},
+            {{}, [](EngineWorld &w) { w.engine.settings.FileLoc = w.env.workDir() + u"missing/"_s, w.engine.log().OpenLog(); },
+             fatal(u"Error opening server log[75]: No such file or directory"_s), {}, {}, {}},
+            {{}, [](EngineWorld &w) {
+                 w.engine.settings.FileLoc = u"/proc/no/such/dir/"_s;
+                 try {
+                     throw std::runtime_error("boom");
+                 } catch (...) {
+                     w.engine.errors().ReportError(true, u"CopyPlayers"_s);
+                 }
+             }, fatal(u"CopyPlayers[51]: Internal error: boom"_s), {}, {},
+             u"Quorvane: ErrLog.txt could not be written (No such file or directory). The record:\n\"[2026-11-22 12:00:00] - Error 51: "
+             "Internal error: boom\r\n\tCalling Function: Quorvane\r\n"_s}};
+        for (const Row &row : rows) {
+            EngineWorld w;
+            if (!row.broken.isEmpty())
+                w.env.fullDisk(row.broken);
+            StderrCapture err;
+            try {
+                row.act(w);
+            } catch (const FatalExit &) {
+            }
+            const QString said = w.engine.pane().text() + QString::fromLocal8Bit(err.text());
+            QCOMPARE(w.view.boxes, row.box.isEmpty() ? QStringList() : QStringList{row.box});
+            if (!row.file.isEmpty())
+                QCOMPARE(w.file(row.file), row.left);
+            QVERIFY2(said.contains(row.said), qPrintable(said));
         }
-        QVERIFY(w.view.boxes.value(1).endsWith(u"CopyPlayers[51]: Internal error: boom"_s));
     }
 };
 

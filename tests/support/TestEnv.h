@@ -7,6 +7,9 @@
 #include <QString>
 #include <QTemporaryDir>
 
+#include <csignal>
+#include <sys/resource.h>
+
 // A private world for one test: its own config and data homes and a working folder,
 // so no test touches the user's settings or another test's files.
 class TestEnv
@@ -42,8 +45,42 @@ public:
             f.write(bytes);
     }
 
+    // Makes `name` in the working folder a link to /dev/full: every write to it fails with
+    // "No space left on device". Only for files appended to in place: a save that writes a
+    // copy beside the file and renames it over the link would replace /dev/full itself.
+    void fullDisk(const QString &name) const
+    {
+        QFile::remove(workDir() + name);
+        QFile::link(QStringLiteral("/dev/full"), workDir() + name);
+    }
+
 private:
     QTemporaryDir m_dir;
     QByteArray m_oldConfig = qgetenv("XDG_CONFIG_HOME");
     QByteArray m_oldData = qgetenv("XDG_DATA_HOME");
+};
+
+// While it lives, no file of the process grows beyond `bytes`: a write across the limit is
+// cut short there ("File too large"), as on a disk that fills up in the middle of it.
+class FileSizeLimit
+{
+public:
+    explicit FileSizeLimit(rlim_t bytes)
+    {
+        getrlimit(RLIMIT_FSIZE, &m_old);
+        m_handler = std::signal(SIGXFSZ, SIG_IGN);
+        const rlimit small{bytes, m_old.rlim_max};
+        setrlimit(RLIMIT_FSIZE, &small);
+    }
+    ~FileSizeLimit()
+    {
+        setrlimit(RLIMIT_FSIZE, &m_old);
+        std::signal(SIGXFSZ, m_handler);
+    }
+    FileSizeLimit(const FileSizeLimit &) = delete;
+    FileSizeLimit &operator=(const FileSizeLimit &) = delete;
+
+private:
+    rlimit m_old{};
+    void (*m_handler)(int) = nullptr;
 };
