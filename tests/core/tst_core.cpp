@@ -13,6 +13,8 @@
 #include <QTest>
 #include <QTimer>
 
+#include <sys/stat.h>
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -87,6 +89,57 @@ private Q_SLOTS:
             readFrom(v, "[Other]\n" + line.left(line.indexOf('=')) + "=no\n[Settings]\n" + line + "\n");
             QVERIFY2(saved(v.engine.settings).contains(read), line.constData());
         }
+    }
+
+    // The file holds the password: 0600 in a folder created 0700 under a umask of 022, also
+    // over an older file with looser bits. A save the disk cuts short is recorded and told,
+    // the file keeps what it held, the engine runs on, and the next save goes through.
+    void settingsFileKeptPrivate()
+    {
+        EngineWorld w;
+        const mode_t umaskBefore = ::umask(022);
+        const QString ini = IniSettingsBackend::filePath(SettingsStore::ownApp);
+        const auto modes = [&ini] {
+            struct stat folder{}, file{};
+            ::stat(QFile::encodeName(QFileInfo(ini).absolutePath()).constData(), &folder);
+            ::stat(QFile::encodeName(ini).constData(), &file);
+            return u"%1 %2"_s.arg(folder.st_mode & 0777, 0, 8).arg(file.st_mode & 0777, 0, 8);
+        };
+        Engine &e = w.engine;
+        e.setStatusCommand([] {});
+        const auto save = [&e] { // Start saves; Stop does not
+            e.cmdStart_Click();
+            e.cmdStart_Click();
+        };
+        e.settings.Pwd = u"Zq7-secret"_s, e.settings.Host = u"192.0.2.1"_s;
+        save();
+        QCOMPARE(modes(), u"700 600"_s);
+        QFile::setPermissions(ini, QFile::ReadOwner | QFile::WriteOwner | QFile::ReadGroup | QFile::ReadOther);
+        save();
+        QCOMPARE(modes(), u"700 600"_s);
+        const QByteArray stored = TestEnv::readFile(ini);
+        e.settings.Host = u"192.0.2.2"_s;
+        {
+            FileSizeLimit limit(stored.size() - 20);
+            e.cmdStart_Click();
+        }
+        QVERIFY(e.engineRunning);
+        QCOMPARE(TestEnv::readFile(ini), stored);
+        QFile::rename(ini, ini + u".kept"_s);
+        QFile::link(u"/dev/full"_s, ini);
+        save();
+        QFile::remove(ini);
+        QFile::rename(ini + u".kept"_s, ini);
+        const QString told = u"The settings could not be saved: %1. The settings stored before stay as they were."_s;
+        QCOMPARE(w.view.boxes, (QStringList{told.arg(u"Could not write "_s + ini), told.arg(u"No space left on device"_s)}));
+        QCOMPARE(w.file(u"ErrLog.txt"_s).count("\tAppMsg: Error saving settings\"\r\n"), 2);
+        save();
+        QCOMPARE(w.view.boxes.size(), 2);
+        QCOMPARE(iniOf(SettingsStore::ownApp).value(u"Settings/Host"_s).toString(), u"192.0.2.2"_s);
+        QCOMPARE(modes(), u"700 600"_s);
+        QCOMPARE(QDir(QFileInfo(ini).absolutePath()).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot),
+                 QStringList{u"quorvane12.ini"_s}); // no scratch left behind
+        ::umask(umaskBefore);
     }
 
     void automaticStart()
