@@ -248,6 +248,7 @@ void Engine::Form_Unload()
         m_link->close();
     settings.WinState = m_view.windowState();
     saveSettings(settings.SaveSettings);
+    m_link->gate().tellNow();
     if (m_log.logOpen()) {
         m_log.WriteLog(QStringLiteral("Shutting down and closing log."));
         m_log.CloseLog();

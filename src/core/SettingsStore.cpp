@@ -79,6 +79,7 @@ const Key keys[] = {
     {"StatusInterval", &Settings::StatusInterval},
     {"TellPause", &Settings::TellPause},
     {"WinState", &Settings::WinState},
+    {"ServerOnly", &Settings::ServerOnly},
 };
 
 // Store order, behind SaveSettings and RunBefore.
@@ -88,7 +89,7 @@ const char *const storeOrder[] = {
     "FileLoc", "SaveLog", "LogBrief", "ForceKick", "KickBanned", "KickTeleFrag", "KickPing", "MaxPing",
     "PingPasses", "TellPlayers", "LocalPort", "CommandDelay", "QPort", "QPortMin", "QPortMax", "Rate",
     "RateMin", "RateMax", "SkipMap", "WinWidth", "WinHeight", "MsgRandom", "SysTray",
-    "KickImpersonators", "StatusInterval", "TellPause", "WinState",
+    "KickImpersonators", "StatusInterval", "TellPause", "WinState", "ServerOnly",
 };
 
 const Key &keyNamed(const char *name)

@@ -72,7 +72,8 @@ private Q_SLOTS:
                      + u" SaveLog=False LogBrief=False ForceKick=False KickBanned=True KickTeleFrag=False KickPing=True "
                        "MaxPing=750 PingPasses=3 TellPlayers=True LocalPort=1247 CommandDelay=1 QPort=False QPortMin=0 "
                        "QPortMax=0 Rate=False RateMin=0 RateMax=0 SkipMap=True WinWidth=9240 WinHeight=7860 "
-                       "MsgRandom=True SysTray=True KickImpersonators=True StatusInterval=2 TellPause=0 WinState=0"_s);
+                       "MsgRandom=True SysTray=True KickImpersonators=True StatusInterval=2 TellPause=0 WinState=0 "
+                       "ServerOnly=True"_s);
         w.engine.settings.SaveSettings = false;
         QCOMPARE(saved(w.engine.settings, false), (QStringList{u"SaveSettings=False"_s, u"RunBefore=1"_s}));
         const QList<QPair<QByteArray, QString>> cases{
@@ -83,7 +84,8 @@ private Q_SLOTS:
             {"MaxPing=750.5", u"MaxPing=750"_s}, {"MaxPing=751.5", u"MaxPing=752"_s}, // halves to even
             {"CommandDelay=1.0", u"CommandDelay=1"_s}, {"CommandDelay=0.00001", u"CommandDelay=0.00001"_s},
             {"CommandDelay=fast", u"CommandDelay=1"_s}, {"Pwd=se,cret", u"Pwd=se,cret"_s},
-            {"WarnTxt=stop , now", u"WarnTxt=stop , now"_s}};
+            {"WarnTxt=stop , now", u"WarnTxt=stop , now"_s}, {"ServerOnly=false", u"ServerOnly=False"_s},
+            {"ServerOnly=no", u"ServerOnly=True"_s}};
         for (const auto &[line, read] : cases) {
             EngineWorld v; // the same key in another section is no setting
             readFrom(v, "[Other]\n" + line.left(line.indexOf('=')) + "=no\n[Settings]\n" + line + "\n");
@@ -249,6 +251,52 @@ private Q_SLOTS:
         QString log = QString::fromLatin1(w.file(u"servlog.txt"_s));
         QCOMPARE(log.replace(QRegularExpression(u"\\d\\d:\\d\\d:\\d\\d"_s), u"hh:mm:ss"_s).toLatin1(), expected);
         QCOMPARE(iniOf(SettingsStore::ownApp).value(u"Settings/WinState"_s).toString(), u"2"_s);
+    }
+
+    // A stranger floods LocalPort with forged replies, about 20,000 a second, while the engine
+    // runs on its timer: every check still goes out on time and is answered, and the log
+    // stays small: a line that counts the strangers, no word of what they sent.
+    void strangerFlood()
+    {
+        SimServer sim;
+        sim.setPassword("pw");
+        QVERIFY(sim.listen());
+        sim.addPlayer(SimPlayer{3, "Steady", 0, 40, SimPlayer::State::Active, 0, "192.0.2.1", 27960, 1500, 9000});
+        EngineWorld w(10);
+        Engine &e = w.engine;
+        Settings &s = e.settings;
+        s.LocalPort = 0, s.SaveLog = true, s.CheckInt = 5000, s.StatusInterval = 1;
+        s.Host = u"127.0.0.1"_s, s.Port = sim.port(), s.Pwd = u"pw"_s;
+        QUdpSocket stranger;
+        QVERIFY(stranger.bind(QHostAddress::LocalHost, 0));
+        const QByteArray forged = QByteArray("\xFF\xFF\xFF\xFF\x01print\n", 11) + "map: x\n  0     0   50 evil one" + QByteArray(250, ' ') + '\n';
+        QTimer flood;
+        connect(&flood, &QTimer::timeout, this, [&] {
+            for (int i = 0; i < 20; ++i)
+                stranger.writeDatagram(forged, QHostAddress::LocalHost, e.link().localPort());
+        });
+        QList<double> sent; // clock seconds of each status on the wire
+        connect(&sim, &SimServer::datagramReceived, this, [&](const QByteArray &d) {
+            if (d.endsWith("status"))
+                sent.append(FakeClock::firstMoment().msecsTo(w.clock.now()) / 1000.0);
+        });
+        connect(&e.timKickcheck, &Ticker::tick, this, [&] {
+            if (e.stats.checks == 5)
+                e.Form_Unload();
+        });
+        flood.start(1);
+        e.Form_Load(u"-a"_s);
+        QTRY_VERIFY_WITH_TIMEOUT(e.unloaded(), 20000);
+        flood.stop();
+        QCOMPARE(sent.size(), 6); // Start's status and five checks
+        for (qsizetype i = 1; i < sent.size(); ++i)
+            QVERIFY2(std::abs(sent.at(i) - sent.at(i - 1) - 5.0) < 1.0, qPrintable(QString::number(sent.at(i) - sent.at(i - 1))));
+        const QByteArray log = w.file(u"servlog.txt"_s);
+        QCOMPARE(log.count("num score ping"), 6);
+        QVERIFY(!log.contains("evil") && !log.contains("couldn't get good status") && !log.contains("timed out"));
+        QVERIFY(log.count("\r\nIgnored ") >= 1 && log.count("\r\nIgnored ") <= 2);
+        QVERIFY2(log.size() < 8000, qPrintable(QString::number(log.size())));
+        QVERIFY(!e.pane().text().contains(u"evil"_s));
     }
 
     // Start and Stop. A check that outlasts the interval: every tick that falls inside it still
