@@ -41,7 +41,7 @@ void ActivityLog::OpenLog()
 {
     m_errors.catching(QStringLiteral("Error opening server log"), [&] {
         m_file.setFileName(path(m_settings.FileLoc));
-        if (!m_file.open(QIODevice::WriteOnly | QIODevice::Append | QIODevice::Unbuffered))
+        if (!FileWrite::openToAppend(m_file))
             throw RuntimeError(RuntimeError::FileError, m_file.errorString(), QStringLiteral("Quorvane"), errno);
         const QDateTime now = m_clock.now();
         write(rule + crlf + QStringLiteral("Logging Started on ") + Text::dateText(now.date()) + QStringLiteral(" at ")

@@ -36,6 +36,13 @@ void writeWhole(QFileDevice &file, const QByteArray &bytes)
 
 } // namespace
 
+bool openToAppend(QFile &file)
+{
+    const QFileInfo target(QFileInfo(file.fileName()).canonicalFilePath());
+    const bool device = target.exists() && !target.isFile();
+    return file.open(QIODevice::WriteOnly | QIODevice::Unbuffered | (device ? QIODevice::NotOpen : QIODevice::Append));
+}
+
 void appendTo(QFile &file, const QByteArray &bytes)
 {
     const qint64 end = file.size();
@@ -53,7 +60,7 @@ void append(const QString &path, const QByteArray &bytes)
 {
     QFile file(path);
     errno = 0;
-    if (!file.open(QIODevice::WriteOnly | QIODevice::Append | QIODevice::Unbuffered))
+    if (!openToAppend(file))
         throw failure(file, errno);
     appendTo(file, bytes);
     file.close();

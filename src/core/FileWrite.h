@@ -16,8 +16,11 @@ namespace FileWrite {
 // so a list never keeps half a line.
 void append(const QString &path, const QByteArray &bytes);
 
-// The same for a file kept open for appending (opened Unbuffered, so that the count of a
-// write is what the system took).
+// Opens `file` to append, Unbuffered, so that the count of a write is what the system took.
+// A device (a link to /dev/null, say) is opened to write without the seek to its end.
+bool openToAppend(QFile &file);
+
+// The same as append() for a file kept open by openToAppend().
 void appendTo(QFile &file, const QByteArray &bytes);
 
 // The whole file replaced by `bytes`, with exactly `permissions`: written completely beside
