@@ -295,6 +295,9 @@ private Q_SLOTS:
         QCOMPARE(log.count("num score ping"), 6);
         QVERIFY(!log.contains("evil") && !log.contains("couldn't get good status") && !log.contains("timed out"));
         QVERIFY(log.count("\r\nIgnored ") >= 1 && log.count("\r\nIgnored ") <= 2);
+        // What came after the last line is told at the stop.
+        QVERIFY(QString::fromLatin1(log).contains(QRegularExpression(u"\r\n\r\nIgnored \\d+ datagrams not from the server: \\d+ from "
+                                                 "127\\.0\\.0\\.1:\\d+\\.\r\n\r\nShutting down"_s)));
         QVERIFY2(log.size() < 8000, qPrintable(QString::number(log.size())));
         QVERIFY(!e.pane().text().contains(u"evil"_s));
     }

@@ -175,9 +175,9 @@ private Q_SLOTS:
         const QByteArray table = QByteArray("\xFF\xFF\xFF\xFF\x01print\n", 11) + forger.statusText();
         const QByteArray shortRow = table.chopped(1) + "  9     0   50 short\n\n";
         const QList<std::tuple<bool, QByteArray, QString>> cases{
-            {true, shortRow, u"status/status Steady,Innocent "_s},
+            {true, shortRow, u"status/status Steady,Innocent  scanned 2"_s},
             {false, table, u"status,say [Quorvane]: Kicked evil one for bad word in name.,clientkick 2/status,say "
-                           "[Quorvane]: Kicked evil one for banned IP.,clientkick 2 Steady evil one\r\n203.0.113.99\r\n"_s},
+                           "[Quorvane]: Kicked evil one for banned IP.,clientkick 2 Steady evil one\r\n203.0.113.99\r\n scanned 1"_s},
             {false, shortRow, u"ParseScores"_s}};
         for (const auto &[serverOnly, forged, outcome] : cases) {
             Live rig{player(0, "Steady", "192.0.2.1"), player(2, "Innocent", "192.0.2.2")};
@@ -197,7 +197,8 @@ private Q_SLOTS:
                 rig.w.clock.jump(10); // past the five seconds that hold a second kick of one player back
                 const Wire second = rig.check();
                 got = QString::fromLatin1(first.join(',') + '/' + second.join(',') + ' ' + rig.left().join(',') + ' '
-                                          + rig.w.file(u"banned.txt"_s) + rig.w.file(u"bannedIP.txt"_s));
+                                          + rig.w.file(u"banned.txt"_s) + rig.w.file(u"bannedIP.txt"_s))
+                    + u" scanned %1"_s.arg(rig.w.engine.stats.players);
             } catch (const FatalExit &) {
                 got = rig.w.view.boxes.value(0).section(u"\r\n\r\n"_s, 1).section(u'[', 0, 0);
             }
