@@ -10,7 +10,10 @@
 //   0x05  settings: the next bytes switch the policies and Ban, and set MaxPing, PingPasses,
 //         TKLimit, the QPort and Rate ranges, BanFor and BanType
 //   0x06  the clock moves on by the next byte's seconds
-//   else  the whole piece is one datagram
+//   0x07  a datagram from a stranger: the server's address on another port, or another
+//         address on the server's port, as the next bytes say; it must change nothing but
+//         bring, at most once a minute, the line that counts the strangers
+//   else  the whole piece is one datagram, from the server
 // GetScores runs once more at the end. A fatal report is the program's own way out,
 // so it ends the input without counting as a crash.
 #include "FakeClock.h"
@@ -24,12 +27,14 @@
 #include "core/View.h"
 #include "enforcement/CheckCycle.h"
 #include "link/RconCodec.h"
+#include "link/SenderGate.h"
 #include "players/PlayerGrid.h"
 #include "players/PlayerMerge.h"
 #include "players/PlayerState.h"
 #include "players/StatusCycle.h"
 #include "players/StatusParser.h"
 
+#include <QCoreApplication>
 #include <QFile>
 #include <QTemporaryDir>
 
@@ -49,8 +54,8 @@ struct Rig
 {
     FakeClock clock{QDateTime(QDate(2026, 11, 22), QTime(23, 59, 59))};
     HeadlessView view;
-    // A folder that cannot exist, so that no ErrLog.txt is written.
-    ErrorLog errors{clock, view, [] { return QStringLiteral("/proc/quorvane-fuzz/"); }};
+    // ErrLog.txt is a link to /dev/null: records are written, and nothing grows.
+    ErrorLog errors{clock, view, [] { return errorFolder(); }};
     PlayerState state;
     Stats stats;
     Settings settings;
@@ -59,10 +64,20 @@ struct Rig
     PlayerMerge merge{state, stats, errors};
     StatusCycle cycle{pane, parser, merge, errors};
     PolicyStack stack{state, settings, stats, clock, errors, pane};
+    SenderGate gate{clock, [] { return false; }};
+    const QHostAddress server{QStringLiteral("127.0.0.1")};
+    static constexpr quint16 serverPort = 12203;
+    QDateTime lastNotice;
 
     Rig()
     {
         errors.setTerminate([] { throw FatalExit{}; });
+        gate.serverIs(server, serverPort);
+        QObject::connect(&gate, &SenderGate::notice, &gate, [this](const QString &line) {
+            require(!lastNotice.isValid() || lastNotice.secsTo(clock.now()) >= SenderGate::NoticeSeconds);
+            lastNotice = clock.now();
+            pane.append(QStringLiteral("\r\n") + line + QStringLiteral("\r\n"));
+        });
         static const QString folder = seedLists();
         settings.FileLoc = folder;
         stack.lists.LoadAll();
@@ -72,6 +87,14 @@ struct Rig
     {
         if (stats.banadds > 0) // the next input starts from the seeds again
             seedLists(settings.FileLoc);
+    }
+
+    static QString errorFolder()
+    {
+        static QTemporaryDir dir;
+        static const bool linked = QFile::link(QStringLiteral("/dev/null"), dir.path() + QStringLiteral("/ErrLog.txt"));
+        require(linked);
+        return dir.path() + u'/';
     }
 
     static QString seedLists(QString folder = QString())
@@ -118,10 +141,25 @@ struct Rig
         require(stats.pingkicks >= 0 && stats.bankicks >= 0 && stats.tkkicks >= 0 && stats.banadds >= 0);
     }
 
-    // As the receive handler takes a datagram in.
+    // As the receive handler takes a datagram in from the server.
     void arrive(const QByteArray &datagram)
     {
+        require(gate.fromServer(server, serverPort));
         pane.appendReply(RconCodec::arrivalText(datagram));
+    }
+
+    void stranger(const QByteArray &piece)
+    {
+        const auto byte = [&piece](int i) { return i < piece.size() ? static_cast<uint8_t>(piece.at(i)) : 0; };
+        const bool sameAddress = byte(1) & 1;
+        const QHostAddress from = sameAddress ? server : QHostAddress(QStringLiteral("203.0.113.%1").arg(byte(2)));
+        const quint16 port = sameAddress ? static_cast<quint16>(serverPort + 1 + byte(3)) : serverPort;
+        require(!gate.fromServer(from, port));
+        const QString before = pane.text();
+        const qint32 players = state.currentCount;
+        gate.dropped(from, port);
+        require(pane.text() == before || (pane.text().startsWith(before) && pane.text().mid(before.size()).startsWith(u"\r\nIgnored ")));
+        require(state.currentCount == players);
     }
 
     void echo(const QString &cmd) { pane.append(QStringLiteral("\r\n") + RconCodec::echo(QStringLiteral("23:59:59"), cmd)); }
@@ -148,6 +186,13 @@ struct Rig
 
 } // namespace
 
+// The gate's timers need an application object; the clock's jumps drive it here.
+extern "C" int LLVMFuzzerInitialize(int *argc, char ***argv)
+{
+    static QCoreApplication app(*argc, *argv);
+    return 0;
+}
+
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
 {
     const QByteArray input = QByteArray::fromRawData(reinterpret_cast<const char *>(data), static_cast<qsizetype>(size));
@@ -173,6 +218,9 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
                 break;
             case 0x06:
                 rig->clock.jump(piece.size() > 1 ? static_cast<uint8_t>(piece.at(1)) : 1);
+                break;
+            case 0x07:
+                rig->stranger(piece);
                 break;
             case 0x04:
                 for (int n = piece.size() > 1 ? static_cast<uint8_t>(piece.at(1)) : 1; n > 0; --n)

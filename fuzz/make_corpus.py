@@ -2,7 +2,8 @@
 # SPDX-License-Identifier: MIT
 # Writes the seed corpus: realistic replies in the fuzzer's input form (pieces cut at 0x00;
 # 0x01/0x02 echo "status"/"getStatus", 0x03 runs GetScores and the policies, 0x05 sets the
-# policies' settings, 0x06 moves the clock, anything else is a datagram).
+# policies' settings, 0x06 moves the clock, 0x07 is a datagram from a stranger, anything else
+# is a datagram from the server).
 import os
 
 HERE = os.path.dirname(os.path.abspath(__file__))
@@ -10,6 +11,7 @@ PRINT = b"\xff\xff\xff\xff\x01print\n"
 HEAD = b"num score ping name            lastmsg address               qport rate\n"
 DASH = b"--- ----- ---- --------------- ------- --------------------- ----- -----\n"
 S, G, RUN = b"\x01", b"\x02", b"\x03"
+STRANGER_PORT, STRANGER_HOST = b"\x07\x01\x05\x05", b"\x07\x02\x63\x05"  # the server's address elsewhere, its port elsewhere
 ALL = b"\x05\xff\xbc\x01\x7d\x04\x08\x19\xfa\x03\x03\x03"  # every policy and Ban on, tight limits
 
 
@@ -46,3 +48,6 @@ seed("no-connection", S, b"\xff", RUN)
 seed("policies-every-one", ALL, S, status(three + [row(3, -9, 800, b"Player", b"127.0.0.1:1"),
                                                      row(4, 5, 60, b"some player", b"192.0.2.1:5")]), RUN,
      b"\x06\x07", S, status(three), RUN, b"\x06\x50", RUN)
+# A forged table with a short row between the echo and the reply, a flood, a minute on.
+seed("strangers", ALL, S, STRANGER_HOST + status([row(2, 0, 50, b"evil one", b"203.0.113.99:12203")])[:-1] + b"  9 short\n\n",
+     STRANGER_PORT, status(three), RUN, *([STRANGER_PORT] * 40), b"\x06\x3c", STRANGER_HOST, RUN)

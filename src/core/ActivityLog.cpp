@@ -3,6 +3,7 @@
 
 #include "core/Clock.h"
 #include "core/ErrorLog.h"
+#include "core/FileWrite.h"
 #include "core/RuntimeError.h"
 #include "core/Settings.h"
 #include "core/Stats.h"
@@ -32,17 +33,15 @@ QString ActivityLog::path(const QString &fileLoc)
 
 void ActivityLog::write(const QString &text)
 {
-    const QByteArray bytes = Text::toWire(text);
-    // Flushed at once, so that a fatal end loses no record.
-    if (m_file.write(bytes) != bytes.size() || !m_file.flush())
-        throw RuntimeError(RuntimeError::FileError, m_file.errorString(), QStringLiteral("Quorvane"), errno);
+    // Written through at once, so that a fatal end loses no record and a failed one leaves no part.
+    FileWrite::appendTo(m_file, Text::toWire(text));
 }
 
 void ActivityLog::OpenLog()
 {
     m_errors.catching(QStringLiteral("Error opening server log"), [&] {
         m_file.setFileName(path(m_settings.FileLoc));
-        if (!m_file.open(QIODevice::WriteOnly | QIODevice::Append))
+        if (!FileWrite::openToAppend(m_file))
             throw RuntimeError(RuntimeError::FileError, m_file.errorString(), QStringLiteral("Quorvane"), errno);
         const QDateTime now = m_clock.now();
         write(rule + crlf + QStringLiteral("Logging Started on ") + Text::dateText(now.date()) + QStringLiteral(" at ")
@@ -87,6 +86,8 @@ void ActivityLog::CloseLog()
             + line(rule);
         write(tail);
         m_file.close();
+        if (m_file.error() != QFileDevice::NoError)
+            throw RuntimeError(RuntimeError::FileError, m_file.errorString(), QStringLiteral("Quorvane"), errno);
         m_logOpen = false;
     });
 }

@@ -4,6 +4,7 @@
 #include <QThread>
 
 #include <cmath>
+#include <limits>
 
 double Clock::secondsSinceMidnight() const
 {
@@ -13,6 +14,13 @@ double Clock::secondsSinceMidnight() const
 double Clock::timeOfDay() const
 {
     return secondsSinceMidnight() / 86400.0;
+}
+
+int Clock::timerMsFor(double seconds) const
+{
+    const qint64 real = realMsFor(seconds);
+    const qint64 ms = real >= 0 ? real : static_cast<qint64>(std::ceil(seconds * 1000.0));
+    return static_cast<int>(qBound<qint64>(1, ms, qint64{std::numeric_limits<int>::max()}));
 }
 
 QDateTime SystemClock::now() const

@@ -18,6 +18,9 @@ public:
     // Real milliseconds to wait until this clock has moved on by `seconds`.
     // Negative when only jump() moves the clock.
     virtual qint64 realMsFor(double seconds) const = 0;
+    // The interval for a timer that is to fire when this clock has moved on by `seconds`:
+    // real time for a clock that only moves by hand. At least 1 ms.
+    int timerMsFor(double seconds) const;
     // Blocks the thread, handling no events, until the clock has moved on by `seconds`.
     virtual void sleep(double seconds) = 0;
 

@@ -37,6 +37,7 @@ Engine::Engine(Clock &clock, View &view, QObject *parent)
             [this] { guarded(QStringLiteral("timKickcheck_Timer"), [this] { timKickcheck_Timer(); }); });
     connect(&timProgress, &Ticker::tick, this,
             [this] { guarded(QStringLiteral("timProgress_Timer"), [this] { timProgress_Timer(); }); });
+    m_errors.setUnrecorded([this](const QString &line) { m_pane.append(QStringLiteral("\r\n") + line + QStringLiteral("\r\n")); });
     // Taken-over settings: the lists of the old folder follow into the new one.
     connect(this, &Engine::listsToCopy, this, [this] { m_lists.CopyListsToNewFolder(); });
 }
@@ -67,6 +68,19 @@ void Engine::LoadSettings(const QString &strAppName)
     m_lists.LoadAll();
 }
 
+void Engine::saveSettings(bool bAll)
+{
+    // A store that cannot be written is no reason to stop keeping order: recorded, and the
+    // operator told, while the block in memory goes on as it is.
+    try {
+        m_store.StoreSettings(bAll);
+    } catch (const RuntimeError &error) {
+        m_errors.ReportError(false, QStringLiteral("Error saving settings"));
+        m_view.messageBox(QStringLiteral("The settings could not be saved: ") + error.description()
+                          + QStringLiteral(". The settings stored before stay as they were."));
+    }
+}
+
 void Engine::FirstRunCheck()
 {
     if (m_store.readRunBefore() != 0)
@@ -79,7 +93,7 @@ void Engine::FirstRunCheck()
     LoadSettings(SettingsStore::previousApp);
     const QString oldFileLoc = settings.FileLoc;
     settings.FileLoc = SettingsStore::programDirectory();
-    m_store.StoreSettings(true);
+    saveSettings(true);
     if (oldFileLoc.compare(settings.FileLoc, Qt::CaseInsensitive) != 0)
         Q_EMIT listsToCopy();
 }
@@ -140,7 +154,7 @@ void Engine::cmdStart_Click()
         if (settings.SaveLog)
             m_log.WriteLog(QStringLiteral("Quorvane started"), true);
         m_view.setEnabled(View::Control::mnuOptions, false);
-        m_store.StoreSettings(settings.SaveSettings);
+        saveSettings(settings.SaveSettings);
         mnuStatus_Click();
     } else {
         timKickcheck.stop();
@@ -233,7 +247,8 @@ void Engine::Form_Unload()
     if (!m_link->isClosed())
         m_link->close();
     settings.WinState = m_view.windowState();
-    m_store.StoreSettings(settings.SaveSettings);
+    saveSettings(settings.SaveSettings);
+    m_link->gate().tellNow();
     if (m_log.logOpen()) {
         m_log.WriteLog(QStringLiteral("Shutting down and closing log."));
         m_log.CloseLog();

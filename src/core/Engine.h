@@ -129,6 +129,7 @@ Q_SIGNALS:
     void announcementsToArm(bool on);
 
 private:
+    void saveSettings(bool bAll);
     int progressMaximum() const;
     QueueCommand queueCommand();
     void setProgress(int value);

@@ -2,13 +2,14 @@
 #include "core/ErrorLog.h"
 
 #include "core/Clock.h"
+#include "core/FileWrite.h"
 #include "core/RuntimeError.h"
 #include "core/Text.h"
 #include "core/View.h"
 
-#include <QFile>
 
 #include <cerrno>
+#include <cstdio>
 #include <cstdlib>
 #include <exception>
 #include <new>
@@ -83,12 +84,18 @@ void ErrorLog::ReportError(bool bFatal, const QString &AppMsg)
 {
     const PresentError error = presentError();
     const QString when = Text::dateTimeText(m_clock.now());
-    QFile file(m_fileLoc() + QStringLiteral("ErrLog.txt"));
-    // A record that cannot be written is lost; the box and the end still follow.
-    if (file.open(QIODevice::WriteOnly | QIODevice::Append)) {
-        file.write(Text::toWire(recordText(when, error.number, error.description, error.source,
-                                           error.lastSystemError, AppMsg)));
-        file.close();
+    const QString record = recordText(when, error.number, error.description, error.source, error.lastSystemError, AppMsg);
+    try {
+        FileWrite::append(m_fileLoc() + QStringLiteral("ErrLog.txt"), Text::toWire(record));
+    } catch (const RuntimeError &unwritten) {
+        // The record goes where it still can; the box and the end of a fatal error follow as ever.
+        const QByteArray text = QByteArrayLiteral("Quorvane: ErrLog.txt could not be written (")
+            + unwritten.description().toLocal8Bit() + QByteArrayLiteral("). The record:\n") + record.toLocal8Bit();
+        std::fwrite(text.constData(), 1, static_cast<size_t>(text.size()), stderr);
+        std::fflush(stderr);
+        if (!bFatal && m_unrecorded)
+            m_unrecorded(QStringLiteral("Error not recorded in ErrLog.txt (") + unwritten.description()
+                         + QStringLiteral("): ") + AppMsg);
     }
     if (!bFatal)
         return;

@@ -47,6 +47,9 @@ public:
 
     // How a fatal report ends the process; tests put a throwing one here.
     void setTerminate(Terminate terminate) { m_terminate = std::move(terminate); }
+    // Where the operator hears of a report that returns and found ErrLog.txt unwritable
+    // (standard error has the record as well).
+    void setUnrecorded(std::function<void(const QString &)> tell) { m_unrecorded = std::move(tell); }
 
     static QString recordText(const QString &dateTime, int number, const QString &description,
                               const QString &source, int lastSystemError, const QString &AppMsg);
@@ -57,5 +60,6 @@ private:
     View &m_view;
     FileLocation m_fileLoc;
     Terminate m_terminate;
+    std::function<void(const QString &)> m_unrecorded;
 };
 

@@ -53,6 +53,7 @@ struct Settings
     qint32 StatusInterval = 2;
     qint32 TellPause = 0;
     qint32 WinState = 0;
+    bool ServerOnly = true; // take datagrams from the server's address and port only
 
     // Whether a verbose line goes to the log: SaveLog on and LogBrief off.
     bool logVerbose() const { return SaveLog && !LogBrief; }

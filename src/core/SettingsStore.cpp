@@ -2,6 +2,8 @@
 #include "core/SettingsStore.h"
 
 #include "core/Clock.h"
+#include "core/FileWrite.h"
+#include "core/RuntimeError.h"
 #include "core/Settings.h"
 #include "core/Stats.h"
 #include "core/Text.h"
@@ -13,7 +15,10 @@
 #include <QLocale>
 #include <QSettings>
 #include <QStandardPaths>
+#include <QTemporaryDir>
 
+#include <cerrno>
+#include <utility>
 #include <variant>
 
 namespace {
@@ -74,6 +79,7 @@ const Key keys[] = {
     {"StatusInterval", &Settings::StatusInterval},
     {"TellPause", &Settings::TellPause},
     {"WinState", &Settings::WinState},
+    {"ServerOnly", &Settings::ServerOnly},
 };
 
 // Store order, behind SaveSettings and RunBefore.
@@ -83,7 +89,7 @@ const char *const storeOrder[] = {
     "FileLoc", "SaveLog", "LogBrief", "ForceKick", "KickBanned", "KickTeleFrag", "KickPing", "MaxPing",
     "PingPasses", "TellPlayers", "LocalPort", "CommandDelay", "QPort", "QPortMin", "QPortMax", "Rate",
     "RateMin", "RateMax", "SkipMap", "WinWidth", "WinHeight", "MsgRandom", "SysTray",
-    "KickImpersonators", "StatusInterval", "TellPause", "WinState",
+    "KickImpersonators", "StatusInterval", "TellPause", "WinState", "ServerOnly",
 };
 
 const Key &keyNamed(const char *name)
@@ -144,6 +150,28 @@ QString valueText(const Settings &settings, const Field &field)
         field);
 }
 
+// The program's own folder of settings, created for its owner alone.
+void createPrivateFolder(const QString &folder)
+{
+    if (QFileInfo::exists(folder))
+        return;
+    QDir().mkpath(QFileInfo(folder).absolutePath());
+    QDir().mkdir(folder, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+}
+
+RuntimeError notWritten(const QString &path)
+{
+    return RuntimeError(RuntimeError::FileError, QStringLiteral("Could not write ") + path, QStringLiteral("Quorvane"), errno);
+}
+
+QMap<QString, QVariant> everyValue(QSettings &settings)
+{
+    QMap<QString, QVariant> values;
+    for (const QString &key : settings.allKeys())
+        values.insert(key, settings.value(key));
+    return values;
+}
+
 QString &programDirectoryOverride()
 {
     static QString dir;
@@ -199,13 +227,57 @@ QString IniSettingsBackend::handWritten(const QString &path, const QString &key)
 
 void IniSettingsBackend::write(const QString &appName, const QString &key, const QString &value)
 {
-    file(appName).setValue(QStringLiteral("Settings/") + key, value);
+    m_unsaved[appName].append({key, value});
 }
 
 void IniSettingsBackend::flush()
 {
-    for (auto &entry : m_files)
-        entry.second->sync();
+    const auto unsaved = std::exchange(m_unsaved, {});
+    for (const auto &[appName, values] : unsaved)
+        save(appName, values);
+}
+
+void IniSettingsBackend::save(const QString &appName, const QList<std::pair<QString, QString>> &values)
+{
+    const QString path = filePath(appName);
+    const QString folder = QFileInfo(path).absolutePath();
+    createPrivateFolder(folder);
+    // QSettings makes the text in a scratch copy, which is read back before its bytes replace
+    // the file: Qt's own save hands over a cut-short file, reporting nothing, when the disk
+    // refuses the end of it.
+    QTemporaryDir scratch(folder + QStringLiteral("/.saving-XXXXXX"));
+    if (!scratch.isValid())
+        throw notWritten(path);
+    const QString copyPath = scratch.filePath(QStringLiteral("copy.ini"));
+    QSettings &stored = file(appName);
+    stored.sync(); // reads again what changed on disk since
+    QMap<QString, QVariant> expected;
+    {
+        QSettings copy(copyPath, QSettings::IniFormat);
+        for (const QString &key : stored.allKeys())
+            copy.setValue(key, stored.value(key));
+        for (const auto &[key, value] : values)
+            copy.setValue(QStringLiteral("Settings/") + key, value);
+        copy.sync();
+        if (copy.status() != QSettings::NoError)
+            throw notWritten(path);
+        expected = everyValue(copy);
+    }
+    // Under a second name QSettings has never seen, so that it reads the disk, not its cache.
+    const QString checkPath = scratch.filePath(QStringLiteral("check.ini"));
+    QFile copied(copyPath);
+    if (!QFile::link(copyPath, checkPath) || !copied.open(QIODevice::ReadOnly))
+        throw notWritten(path);
+    QSettings check(checkPath, QSettings::IniFormat);
+    if (check.status() != QSettings::NoError || everyValue(check) != expected)
+        throw notWritten(path);
+    const QByteArray bytes = copied.readAll();
+    if (bytes.size() != copied.size())
+        throw notWritten(path);
+    // The file holds the remote console password: its owner's alone, whatever the umask
+    // and whatever bits an older file had.
+    FileWrite::replace(path, bytes, QFile::ReadOwner | QFile::WriteOwner);
+    m_files.erase(appName); // the next read starts from the file as it now stands
 }
 
 SettingsStore::SettingsStore(Settings &settings, Stats &stats, Clock &clock, std::unique_ptr<SettingsBackend> backend)

@@ -1,10 +1,12 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <QList>
 #include <QString>
 
 #include <map>
 #include <memory>
+#include <utility>
 
 class QSettings;
 
@@ -20,11 +22,14 @@ public:
     virtual ~SettingsBackend() = default;
     virtual QString read(const QString &appName, const QString &key, const QString &defaultValue) = 0;
     virtual void write(const QString &appName, const QString &key, const QString &value) = 0;
+    // Raises RuntimeError when what was written did not reach the store.
     virtual void flush() {}
 };
 
 // The per-user store: an INI file <config dir>/quorvane/<application name>.ini,
-// section [Settings]. The config dir follows XDG_CONFIG_HOME.
+// section [Settings]. The config dir follows XDG_CONFIG_HOME. Writes are kept until
+// flush(), which replaces the file whole, checked, with mode 0600 (the folder, when it
+// is created, 0700); other keys and sections in the file stay.
 class IniSettingsBackend final : public SettingsBackend
 {
 public:
@@ -37,8 +42,10 @@ public:
 
 private:
     QSettings &file(const QString &appName);
+    void save(const QString &appName, const QList<std::pair<QString, QString>> &values);
     static QString handWritten(const QString &path, const QString &key);
-    std::map<QString, std::unique_ptr<QSettings>> m_files;
+    std::map<QString, std::unique_ptr<QSettings>> m_files; // for reading only
+    std::map<QString, QList<std::pair<QString, QString>>> m_unsaved;
 };
 
 // Moves the settings block to and from the store. Values that cannot be turned into
@@ -55,6 +62,7 @@ public:
     // Reads every key under strAppName, then settles FileLoc. The caller resets the
     // statistics and loads the lists.
     void readSettings(const QString &strAppName);
+    // Raises RuntimeError when the store could not be written.
     void StoreSettings(bool bAll);
     void ResetStats();
 

@@ -31,11 +31,8 @@ void Ticker::setInterval(int ms)
 
 void Ticker::start()
 {
-    const qint64 real = m_clock.realMsFor(m_interval / 1000.0);
-    // A clock that only moves by hand has no pace of its own; then the interval is real time.
-    const qint64 ms = real >= 0 ? real : m_interval;
     ++m_arming;
-    m_timer.start(static_cast<int>(qBound<qint64>(1, ms, qint64{std::numeric_limits<int>::max()})));
+    m_timer.start(m_clock.timerMsFor(m_interval / 1000.0));
 }
 
 void Ticker::stop()

@@ -9,9 +9,9 @@
 #include "link/RconCodec.h"
 
 #include <QHostInfo>
-#include <QNetworkDatagram>
 #include <QUdpSocket>
 
+#include <algorithm>
 #include <cerrno>
 #include <cmath>
 
@@ -30,8 +30,17 @@ const QString readWords = QStringLiteral("Error reading UDP (UDPClient_DataArriv
 RconLink::RconLink(Engine &engine)
     : m_engine(engine)
     , m_socket(new QUdpSocket(this))
+    , m_gate(engine.clock(), [&engine] { return engine.checkRunning || engine.queueDraining; })
 {
     connect(m_socket, &QUdpSocket::readyRead, this, &RconLink::readPending);
+    connect(&m_gate, &SenderGate::notice, this, [this](const QString &line) {
+        Engine &e = m_engine;
+        if (e.unloaded())
+            return;
+        e.pane().append(QStringLiteral("\r\n") + line + QStringLiteral("\r\n"));
+        if (e.settings.SaveLog)
+            e.log().WriteLog(line);
+    });
 }
 
 RconLink::~RconLink() = default;
@@ -48,6 +57,11 @@ void RconLink::bind(quint16 localPort)
 bool RconLink::isClosed() const
 {
     return m_socket->state() == QAbstractSocket::UnconnectedState;
+}
+
+quint16 RconLink::localPort() const
+{
+    return m_socket->localPort();
 }
 
 void RconLink::close()
@@ -99,6 +113,7 @@ void RconLink::sendStep(int step, Outgoing &out)
             sendFailed(QStringLiteral("Invalid port"));
         if (m_socket->writeDatagram(Text::toWire(out.datagram), to, out.port) < 0)
             sendFailed(m_socket->errorString());
+        m_gate.serverIs(to, out.port);
         break;
     }
     case 5:
@@ -144,7 +159,9 @@ void RconLink::UDPClient_SendMessage(const QString &Cmd, bool bShowText, bool bR
 
 void RconLink::readPending()
 {
-    while (m_socket->hasPendingDatagrams())
+    // A batch at a time: under a flood that never lets up the timers still get their turn,
+    // and what is left raises readyRead again.
+    for (int n = 0; n < 256 && m_socket->hasPendingDatagrams(); ++n)
         UDPClient_DataArrival(m_socket->pendingDatagramSize());
 }
 
@@ -152,9 +169,18 @@ void RconLink::UDPClient_DataArrival(qint64 intBytes)
 {
     Engine &e = m_engine;
     e.errors().catching(readWords, [&] {
-        const QByteArray bytes = m_socket->receiveDatagram().data();
+        QHostAddress sender;
+        quint16 senderPort = 0;
+        m_datagram.resize(std::max<qint64>(intBytes, 0));
+        const qint64 got = m_socket->readDatagram(m_datagram.data(), m_datagram.size(), &sender, &senderPort);
         if (e.unloaded())
             return;
+        // Only the server is heard: anyone else's datagram is counted and goes no further.
+        if (e.settings.ServerOnly && !m_gate.fromServer(sender, senderPort)) {
+            m_gate.dropped(sender, senderPort);
+            return;
+        }
+        const QByteArray bytes = m_datagram.first(std::max<qint64>(got, 0));
         const QString text = RconCodec::arrivalText(bytes);
         e.serverAnswered = intBytes >= 2;
         if (e.serverAnswered) {

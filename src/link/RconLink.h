@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "link/SenderGate.h"
+
 #include <QHash>
 #include <QHostAddress>
 #include <QObject>
@@ -10,8 +12,9 @@ class Engine;
 class QUdpSocket;
 
 // UDPClient: the one datagram socket, bound once to LocalPort for the whole run. A send
-// frames one command into one datagram; every arrival is cleaned and appended to the
-// pane, which is the only receive buffer. Nothing ties a reply to its command.
+// frames one command into one datagram; an arrival from the server (every arrival, with
+// ServerOnly off) is cleaned and appended to the pane, which is the only receive buffer.
+// Nothing ties a reply to its command.
 class RconLink : public QObject
 {
     Q_OBJECT
@@ -22,12 +25,14 @@ public:
     // Raises RuntimeError with the socket's own number and words when the port is taken.
     void bind(quint16 localPort);
     bool isClosed() const;
+    quint16 localPort() const;
     void close();
 
     void UDPClient_SendMessage(const QString &Cmd, bool bShowText = false, bool bRconCmd = false);
     void UDPClient_DataArrival(qint64 intBytes);
 
     double ResponseTimeStart = 0; // seconds since midnight, as precise as the arrival it is compared with
+    SenderGate &gate() { return m_gate; }
 
 private:
     struct Outgoing
@@ -49,5 +54,7 @@ private:
 
     Engine &m_engine;
     QUdpSocket *m_socket;
+    SenderGate m_gate;
+    QByteArray m_datagram; // reused, so that a datagram dropped costs no allocation
     QHash<QString, QHostAddress> m_resolved;
 };

@@ -2,6 +2,7 @@
 #include "messages/ListFiles.h"
 
 #include "core/ErrorLog.h"
+#include "core/FileWrite.h"
 #include "core/RuntimeError.h"
 #include "core/Settings.h"
 #include "core/Text.h"
@@ -127,13 +128,7 @@ void ListFiles::LoadAll()
 void ListFiles::AppendToFile(const QString &fileName, const QString &text)
 {
     m_errors.catching(QStringLiteral("Error appending ") + text + QStringLiteral(" to ") + fileName, [&] {
-        QFile file(path(fileName));
-        if (!file.open(QIODevice::WriteOnly | QIODevice::Append))
-            fileError(file);
-        const QByteArray bytes = Text::toWire(text + QStringLiteral("\r\n"));
-        if (file.write(bytes) != bytes.size())
-            fileError(file);
-        file.close();
+        FileWrite::append(path(fileName), Text::toWire(text + QStringLiteral("\r\n")));
     });
 }
 

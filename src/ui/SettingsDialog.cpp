@@ -32,12 +32,13 @@ frmSettings::frmSettings(Engine &engine, QWidget *parent)
     chkLog = place<QCheckBox>(Frame1, u"chkLog", u"Record Activity in a Log file", 180, 315, 3540, 300);
     optBrief = place<QRadioButton>(Frame1, u"optBrief", u"Brief", 420, 705, 1800, 300);
     optVerbose = place<QRadioButton>(Frame1, u"optVerbose", u"Verbose", 420, 1065, 1800, 300);
-    Frame2 = place<QGroupBox>(this, u"Frame2", 120, 1710, 3840, 1290);
+    Frame2 = place<QGroupBox>(this, u"Frame2", 120, 1710, 3840, 1650);
     Frame2->setTitle(QStringLiteral("Communications"));
     Label2 = place<QLabel>(Frame2, u"Label2", u"Local port (base)", 180, 345, 2040, 300);
     txtLocalPort = place<QLineEdit>(Frame2, u"txtLocalPort", 2280, 330, 1380, 330);
     Label3 = place<QLabel>(Frame2, u"Label3", u"Command Delay", 180, 795, 2040, 300);
     txtCommandDelay = place<QLineEdit>(Frame2, u"txtCommandDelay", 2280, 780, 1380, 330);
+    chkServerOnly = place<QCheckBox>(Frame2, u"chkServerOnly", u"Take replies from the server only", 180, 1230, 3540, 300);
 
     Label1 = place<QLabel>(this, u"Label1", u"Quorvane Working Directory", 4200, 120, 3840, 300);
     dirDir = place<QTreeView>(this, u"dirDir", 4200, 420, 3840, 2700);
@@ -74,6 +75,7 @@ void frmSettings::Form_Load()
     chkLog_Click();
     txtLocalPort->setText(QString::number(s.LocalPort));
     txtCommandDelay->setText(SettingsStore::doubleText(s.CommandDelay));
+    chkServerOnly->setChecked(s.ServerOnly);
     pointAt(s.FileLoc);
 }
 
@@ -150,5 +152,6 @@ void frmSettings::cmdOK_Click()
         s.LocalPort = *Entries::whole(txtLocalPort->text(), Entries::int16Min, Entries::portMax);
     if (Text::isNumeric(txtCommandDelay->text()))
         s.CommandDelay = Text::trimBlanks(txtCommandDelay->text()).toDouble();
+    s.ServerOnly = chkServerOnly->isChecked();
     accept();
 }

@@ -13,7 +13,7 @@ class QPushButton;
 class QRadioButton;
 class QTreeView;
 
-// frmSettings: the program's housekeeping: the activity log, the working folder and two
+// frmSettings: the program's housekeeping: the activity log, the working folder and three
 // values of the server link.
 class frmSettings : public FormDialog
 {
@@ -31,7 +31,7 @@ private:
     bool entriesFit();
 
     QGroupBox *Frame1, *Frame2;
-    QCheckBox *chkLog;
+    QCheckBox *chkLog, *chkServerOnly;
     QRadioButton *optBrief, *optVerbose;
     QLabel *Label1, *Label2, *Label3;
     QLineEdit *txtLocalPort, *txtCommandDelay;

@@ -10,13 +10,16 @@
 #include <QUdpSocket>
 
 #include <csignal>
+#include <sys/stat.h>
 
 class TestProgram : public QObject
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    // Started by -a, stopped by the service manager: the orderly stop runs to the end.
+    // Started by -a under a umask of 022, stopped by the service manager: the orderly stop runs
+    // to the end, the settings file (0644 before) is its owner's alone, and the password is
+    // nowhere but there.
     void automaticStartAndServiceStop()
     {
         TestEnv env;
@@ -25,17 +28,20 @@ private Q_SLOTS:
         const QString simPort = QString::number(probe.localPort());
         const QString ini = env.configHome() + QStringLiteral("/quorvane/quorvane12.ini");
         QDir().mkpath(env.configHome() + QStringLiteral("/quorvane"));
-        TestEnv::writeFile(ini, QStringLiteral("[Settings]\nHost=127.0.0.1\nPort=%1\nPwd=pw\nLocalPort=%2\nSaveLog=True\n"
+        TestEnv::writeFile(ini, QStringLiteral("[Settings]\nHost=127.0.0.1\nPort=%1\nPwd=Zq7-secret\nLocalPort=%2\nSaveLog=True\n"
                                                "FileLoc=%3\nRunBefore=1\n")
                                     .arg(simPort).arg(local.localPort()).arg(env.workDir()).toUtf8());
+        QFile::setPermissions(ini, QFile::ReadOwner | QFile::WriteOwner | QFile::ReadGroup | QFile::ReadOther);
         probe.close();
         local.close();
         QProcess sim;
         sim.start(qEnvironmentVariable("QUORVANE_SIM"), {QStringLiteral("--port"), simPort, QStringLiteral("--password"),
-                                                         QStringLiteral("pw")});
+                                                         QStringLiteral("Zq7-secret")});
         QVERIFY(sim.waitForReadyRead(5000));
-        QProcess program; // inherits the private config folder from the environment
+        QProcess program; // inherits the private config folder and the umask
+        const mode_t umaskBefore = ::umask(022);
         program.start(qEnvironmentVariable("QUORVANE_BIN"), {QStringLiteral("-a")});
+        ::umask(umaskBefore);
         const QString log = env.workDir() + QStringLiteral("servlog.txt");
         QTRY_VERIFY_WITH_TIMEOUT(TestEnv::readFile(log).contains("Automatically starting TK check"), 15000);
         ::kill(static_cast<pid_t>(program.processId()), SIGTERM);
@@ -51,6 +57,12 @@ private Q_SLOTS:
         QVERIFY(text.endsWith(QByteArray(52, '-') + "\r\n"));
         QCOMPARE(QSettings(ini, QSettings::IniFormat).value(QStringLiteral("Settings/CheckInt")).toString(),
                  QStringLiteral("20000"));
+        struct stat file = {};
+        QCOMPARE(::stat(QFile::encodeName(ini).constData(), &file), 0);
+        QCOMPARE(file.st_mode & 0777, 0600u);
+        const QByteArray seen = program.readAllStandardOutput() + program.readAllStandardError() + text
+            + TestEnv::readFile(env.workDir() + QStringLiteral("ErrLog.txt"));
+        QVERIFY(text.contains("Quorvane started") && !seen.contains("Zq7-secret"));
     }
 };
 

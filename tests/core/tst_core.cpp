@@ -2,6 +2,7 @@
 // The application core on a headless window: the settings store, Form_Load, the run switch,
 // the timers, the waits, the orderly stop and the fatal one.
 #include "EngineWorld.h"
+#include "StderrCapture.h"
 #include "SimServer.h"
 #include "core/Waits.h"
 #include "link/CommandQueue.h"
@@ -11,6 +12,8 @@
 #include <QSettings>
 #include <QTest>
 #include <QTimer>
+
+#include <sys/stat.h>
 
 using namespace Qt::StringLiterals;
 
@@ -69,7 +72,8 @@ private Q_SLOTS:
                      + u" SaveLog=False LogBrief=False ForceKick=False KickBanned=True KickTeleFrag=False KickPing=True "
                        "MaxPing=750 PingPasses=3 TellPlayers=True LocalPort=1247 CommandDelay=1 QPort=False QPortMin=0 "
                        "QPortMax=0 Rate=False RateMin=0 RateMax=0 SkipMap=True WinWidth=9240 WinHeight=7860 "
-                       "MsgRandom=True SysTray=True KickImpersonators=True StatusInterval=2 TellPause=0 WinState=0"_s);
+                       "MsgRandom=True SysTray=True KickImpersonators=True StatusInterval=2 TellPause=0 WinState=0 "
+                       "ServerOnly=True"_s);
         w.engine.settings.SaveSettings = false;
         QCOMPARE(saved(w.engine.settings, false), (QStringList{u"SaveSettings=False"_s, u"RunBefore=1"_s}));
         const QList<QPair<QByteArray, QString>> cases{
@@ -80,12 +84,64 @@ private Q_SLOTS:
             {"MaxPing=750.5", u"MaxPing=750"_s}, {"MaxPing=751.5", u"MaxPing=752"_s}, // halves to even
             {"CommandDelay=1.0", u"CommandDelay=1"_s}, {"CommandDelay=0.00001", u"CommandDelay=0.00001"_s},
             {"CommandDelay=fast", u"CommandDelay=1"_s}, {"Pwd=se,cret", u"Pwd=se,cret"_s},
-            {"WarnTxt=stop , now", u"WarnTxt=stop , now"_s}};
+            {"WarnTxt=stop , now", u"WarnTxt=stop , now"_s}, {"ServerOnly=false", u"ServerOnly=False"_s},
+            {"ServerOnly=no", u"ServerOnly=True"_s}};
         for (const auto &[line, read] : cases) {
             EngineWorld v; // the same key in another section is no setting
             readFrom(v, "[Other]\n" + line.left(line.indexOf('=')) + "=no\n[Settings]\n" + line + "\n");
             QVERIFY2(saved(v.engine.settings).contains(read), line.constData());
         }
+    }
+
+    // The file holds the password: 0600 in a folder created 0700 under a umask of 022, also
+    // over an older file with looser bits. A save the disk cuts short is recorded and told,
+    // the file keeps what it held, the engine runs on, and the next save goes through.
+    void settingsFileKeptPrivate()
+    {
+        EngineWorld w;
+        const mode_t umaskBefore = ::umask(022);
+        const QString ini = IniSettingsBackend::filePath(SettingsStore::ownApp);
+        const auto modes = [&ini] {
+            struct stat folder{}, file{};
+            ::stat(QFile::encodeName(QFileInfo(ini).absolutePath()).constData(), &folder);
+            ::stat(QFile::encodeName(ini).constData(), &file);
+            return u"%1 %2"_s.arg(folder.st_mode & 0777, 0, 8).arg(file.st_mode & 0777, 0, 8);
+        };
+        Engine &e = w.engine;
+        e.setStatusCommand([] {});
+        const auto save = [&e] { // Start saves; Stop does not
+            e.cmdStart_Click();
+            e.cmdStart_Click();
+        };
+        e.settings.Pwd = u"Zq7-secret"_s, e.settings.Host = u"192.0.2.1"_s;
+        save();
+        QCOMPARE(modes(), u"700 600"_s);
+        QFile::setPermissions(ini, QFile::ReadOwner | QFile::WriteOwner | QFile::ReadGroup | QFile::ReadOther);
+        save();
+        QCOMPARE(modes(), u"700 600"_s);
+        const QByteArray stored = TestEnv::readFile(ini);
+        e.settings.Host = u"192.0.2.2"_s;
+        {
+            FileSizeLimit limit(stored.size() - 20);
+            e.cmdStart_Click();
+        }
+        QVERIFY(e.engineRunning);
+        QCOMPARE(TestEnv::readFile(ini), stored);
+        QFile::rename(ini, ini + u".kept"_s);
+        QFile::link(u"/dev/full"_s, ini);
+        save();
+        QFile::remove(ini);
+        QFile::rename(ini + u".kept"_s, ini);
+        const QString told = u"The settings could not be saved: %1. The settings stored before stay as they were."_s;
+        QCOMPARE(w.view.boxes, (QStringList{told.arg(u"Could not write "_s + ini), told.arg(u"No space left on device"_s)}));
+        QCOMPARE(w.file(u"ErrLog.txt"_s).count("\tAppMsg: Error saving settings\"\r\n"), 2);
+        save();
+        QCOMPARE(w.view.boxes.size(), 2);
+        QCOMPARE(iniOf(SettingsStore::ownApp).value(u"Settings/Host"_s).toString(), u"192.0.2.2"_s);
+        QCOMPARE(modes(), u"700 600"_s);
+        QCOMPARE(QDir(QFileInfo(ini).absolutePath()).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot),
+                 QStringList{u"quorvane12.ini"_s}); // no scratch left behind
+        ::umask(umaskBefore);
     }
 
     void automaticStart()
@@ -197,6 +253,55 @@ private Q_SLOTS:
         QCOMPARE(iniOf(SettingsStore::ownApp).value(u"Settings/WinState"_s).toString(), u"2"_s);
     }
 
+    // A stranger floods LocalPort with forged replies, about 20,000 a second, while the engine
+    // runs on its timer: every check still goes out on time and is answered, and the log
+    // stays small: a line that counts the strangers, no word of what they sent.
+    void strangerFlood()
+    {
+        SimServer sim;
+        sim.setPassword("pw");
+        QVERIFY(sim.listen());
+        sim.addPlayer(SimPlayer{3, "Steady", 0, 40, SimPlayer::State::Active, 0, "192.0.2.1", 27960, 1500, 9000});
+        EngineWorld w(10);
+        Engine &e = w.engine;
+        Settings &s = e.settings;
+        s.LocalPort = 0, s.SaveLog = true, s.CheckInt = 5000, s.StatusInterval = 1;
+        s.Host = u"127.0.0.1"_s, s.Port = sim.port(), s.Pwd = u"pw"_s;
+        QUdpSocket stranger;
+        QVERIFY(stranger.bind(QHostAddress::LocalHost, 0));
+        const QByteArray forged = QByteArray("\xFF\xFF\xFF\xFF\x01print\n", 11) + "map: x\n  0     0   50 evil one" + QByteArray(250, ' ') + '\n';
+        QTimer flood;
+        connect(&flood, &QTimer::timeout, this, [&] {
+            for (int i = 0; i < 20; ++i)
+                stranger.writeDatagram(forged, QHostAddress::LocalHost, e.link().localPort());
+        });
+        QList<double> sent; // clock seconds of each status on the wire
+        connect(&sim, &SimServer::datagramReceived, this, [&](const QByteArray &d) {
+            if (d.endsWith("status"))
+                sent.append(FakeClock::firstMoment().msecsTo(w.clock.now()) / 1000.0);
+        });
+        connect(&e.timKickcheck, &Ticker::tick, this, [&] {
+            if (e.stats.checks == 5)
+                e.Form_Unload();
+        });
+        flood.start(1);
+        e.Form_Load(u"-a"_s);
+        QTRY_VERIFY_WITH_TIMEOUT(e.unloaded(), 20000);
+        flood.stop();
+        QCOMPARE(sent.size(), 6); // Start's status and five checks
+        for (qsizetype i = 1; i < sent.size(); ++i)
+            QVERIFY2(std::abs(sent.at(i) - sent.at(i - 1) - 5.0) < 1.0, qPrintable(QString::number(sent.at(i) - sent.at(i - 1))));
+        const QByteArray log = w.file(u"servlog.txt"_s);
+        QCOMPARE(log.count("num score ping"), 6);
+        QVERIFY(!log.contains("evil") && !log.contains("couldn't get good status") && !log.contains("timed out"));
+        QVERIFY(log.count("\r\nIgnored ") >= 1 && log.count("\r\nIgnored ") <= 2);
+        // What came after the last line is told at the stop.
+        QVERIFY(QString::fromLatin1(log).contains(QRegularExpression(u"\r\n\r\nIgnored \\d+ datagrams not from the server: \\d+ from "
+                                                 "127\\.0\\.0\\.1:\\d+\\.\r\n\r\nShutting down"_s)));
+        QVERIFY2(log.size() < 8000, qPrintable(QString::number(log.size())));
+        QVERIFY(!e.pane().text().contains(u"evil"_s));
+    }
+
     // Start and Stop. A check that outlasts the interval: every tick that falls inside it still
     // reaches its handler, writes its pane line and runs no second check.
     void startStopAndTicksDuringALongCheck()
@@ -285,20 +390,79 @@ private Q_SLOTS:
         QVERIFY(clock.timeNow() >= QTime(0, 0, 1));
     }
 
-    // Neither a log that cannot be opened nor an ErrLog.txt that cannot be written lets the program go on.
-    void unwritableFolders()
+    // Every writer on a disk that takes nothing (a link to /dev/full) or stops in the middle
+    // of a write (a file size limit): the failure takes its road, never silent, and no part
+    // of a line stays behind. A folder that is gone, and an ErrLog.txt that cannot be written
+    // under a fatal report, still end in the box.
+    void writesThatFail()
     {
-        EngineWorld w;
-        w.engine.settings.FileLoc = w.env.workDir() + u"missing/"_s;
-        QVERIFY_THROWS_EXCEPTION(FatalExit, w.engine.log().OpenLog());
-        QVERIFY(w.view.boxes.value(0).contains(u"\r\n\r\nError opening server log[75]: "_s));
-        w.engine.settings.FileLoc = u"/proc/no/such/dir/"_s;
-        try {
-            throw std::runtime_error("boom");
-        } catch (...) {
-            QVERIFY_THROWS_EXCEPTION(FatalExit, w.engine.errors().ReportError(true, u"CopyPlayers"_s));
+        struct Row { QString broken; std::function<void(EngineWorld &)> act; QString box, file; QByteArray left; QString said; };
+        const auto fatal = [](const QString &words) { return u"Quorvane has encountered an error and will shut down.\r\n\r\n"_s + words; };
+        const QByteArray kept = QByteArray(398, 'k') + "\r\n";
+        const QByteArray head = QByteArray(52, '-') + "\r\nLogging Started on 2026-11-22 at 12:00:00\r\n" + QByteArray(52, '-') + "\r\n\r\n";
+        const auto send = [](EngineWorld &w) { // a datagram the network refuses: a report that returns
+            w.view.fields[View::Field::txtHost] = u"000.000.000.000"_s;
+            w.view.fields[View::Field::txtPort] = u"1"_s;
+            w.engine.link().UDPClient_SendMessage(u"status"_s, true, true);
+        };
+        const auto cutShort = [&kept](EngineWorld &w, const QString &name, const std::function<void()> &act) {
+            TestEnv::writeFile(w.env.workDir() + name, kept);
+            FileSizeLimit limit(kept.size() + 4);
+            act();
+        };
+        const QString unrecorded = u"\r\nError not recorded in ErrLog.txt (%1): Error sending via UDP (UDPClient_SendMessage)\r\n\r\n12:00:00>status"_s;
+        const QList<Row> rows{
+            {u"banned.txt"_s, [](EngineWorld &w) { w.engine.lists().AppendToFile(u"banned.txt"_s, u"Evil One"_s); },
+             fatal(u"Error appending Evil One to banned.txt[75]: No space left on device"_s), u"ErrLog.txt"_s,
+             "\"[2026-11-22 12:00:00] - Error 75: No space left on device\r\n\tCalling Function: Quorvane\r\n\tLast DLL: 28\r\n"
+             "\tSource: Quorvane\r\n\tAppMsg: Error appending Evil One to banned.txt\"\r\n", {}},
+            {{}, [&](EngineWorld &w) { cutShort(w, u"banned.txt"_s, [&] { w.engine.lists().AppendToFile(u"banned.txt"_s, u"Evil One"_s); }); },
+             fatal(u"Error appending Evil One to banned.txt[75]: File too large"_s), u"banned.txt"_s, kept, {}},
+            {u"ReasonBanned.txt"_s, [](EngineWorld &w) {
+                 PlayerRecord &r = w.engine.players().currentPlayers[1];
+                 r.name = u"Evil One"_s, r.ip = u"203.0.113.99"_s;
+                 w.engine.settings.SaveLog = true;
+                 w.engine.log().OpenLog();
+                 w.engine.Ban(1, u"[admin initiated kick]"_s, true);
+             }, fatal(u"Error appending Banned IP & name 203.0.113.99 / Evil One on 2026-11-22 at 12:00:00 [admin initiated kick]"
+                      " to ReasonBanned.txt[75]: No space left on device"_s), u"bannedIP.txt"_s, "203.0.113.99\r\n", {}},
+            {u"servlog.txt"_s, [](EngineWorld &w) { w.engine.log().OpenLog(); },
+             fatal(u"Error opening server log[75]: No space left on device"_s), {}, {}, {}},
+            {{}, [&head](EngineWorld &w) {
+                 w.engine.log().OpenLog();
+                 FileSizeLimit limit(head.size() + 100);
+                 w.engine.log().WriteLog(QString(200, u'x'));
+             }, fatal(u"Error writing out to server log[75]: File too large"_s), u"servlog.txt"_s, head, {}},
+            {u"ErrLog.txt"_s, send, {}, {}, {}, unrecorded.arg(u"No space left on device"_s)},
+            {{}, [&](EngineWorld &w) { cutShort(w, u"ErrLog.txt"_s, [&] { send(w); }); }, {}, u"ErrLog.txt"_s, kept,
+             unrecorded.arg(u"File too large"_s)},
+            {{}, [](EngineWorld &w) { w.engine.settings.FileLoc = w.env.workDir() + u"missing/"_s, w.engine.log().OpenLog(); },
+             fatal(u"Error opening server log[75]: No such file or directory"_s), {}, {}, {}},
+            {{}, [](EngineWorld &w) {
+                 w.engine.settings.FileLoc = u"/proc/no/such/dir/"_s;
+                 try {
+                     throw std::runtime_error("boom");
+                 } catch (...) {
+                     w.engine.errors().ReportError(true, u"CopyPlayers"_s);
+                 }
+             }, fatal(u"CopyPlayers[51]: Internal error: boom"_s), {}, {},
+             u"Quorvane: ErrLog.txt could not be written (No such file or directory). The record:\n\"[2026-11-22 12:00:00] - Error 51: "
+             "Internal error: boom\r\n\tCalling Function: Quorvane\r\n"_s}};
+        for (const Row &row : rows) {
+            EngineWorld w;
+            if (!row.broken.isEmpty())
+                w.env.fullDisk(row.broken);
+            StderrCapture err;
+            try {
+                row.act(w);
+            } catch (const FatalExit &) {
+            }
+            const QString said = w.engine.pane().text() + QString::fromLocal8Bit(err.text());
+            QCOMPARE(w.view.boxes, row.box.isEmpty() ? QStringList() : QStringList{row.box});
+            if (!row.file.isEmpty())
+                QCOMPARE(w.file(row.file), row.left);
+            QVERIFY2(said.contains(row.said), qPrintable(said));
         }
-        QVERIFY(w.view.boxes.value(1).endsWith(u"CopyPlayers[51]: Internal error: boom"_s));
     }
 };
 

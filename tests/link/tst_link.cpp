@@ -131,6 +131,66 @@ private Q_SLOTS:
         }
     }
 
+    // Only the server is heard: the address and port the last datagram went to. Anyone else's
+    // datagram touches nothing; the operator hears of them at most once a minute, and not
+    // while an exchange is under way. With ServerOnly off every datagram is taken again.
+    void strangers()
+    {
+        EngineWorld w;
+        Engine &e = w.engine;
+        Peer server;
+        QUdpSocket port2, host2, host3, host4; // the server's address on another port, the server's port elsewhere
+        QVERIFY(port2.bind(QHostAddress::LocalHost, 0));
+        const quint16 p = server.socket.localPort();
+        QVERIFY(host2.bind(QHostAddress(u"127.0.0.2"_s), p) && host3.bind(QHostAddress(u"127.0.0.3"_s), p)
+                && host4.bind(QHostAddress(u"127.0.0.4"_s), p));
+        w.connectTo(p);
+        e.settings.SaveLog = true;
+        e.log().OpenLog();
+        const auto forge = [&](QUdpSocket &from) { from.writeDatagram(printHead + "0 evil\n", QHostAddress::LocalHost, e.link().localPort()); };
+        const auto dropped = [&](QList<QUdpSocket *> senders) {
+            for (QUdpSocket *from : senders) {
+                const qint64 before = e.link().gate().untold();
+                forge(*from);
+                QTRY_COMPARE(e.link().gate().untold(), before + 1);
+            }
+        };
+        const QString ignored = u"\r\nIgnored %1 not from the server: %2.\r\n"_s;
+        const QString at = u"127.0.0.%1:%2"_s;
+        forge(server.socket); // before the first send nobody is the server
+        QTRY_VERIFY(!e.pane().text().isEmpty());
+        e.waitingForServer = true;
+        e.link().UDPClient_SendMessage(u"status"_s, true, true);
+        server.next();
+        dropped({&port2, &host2});
+        QString pane = ignored.arg(u"1 datagram"_s, u"1 from "_s + at.arg(1).arg(p)) + u"\r\n12:00:00>status\r\n===============\r\n"_s;
+        QCOMPARE(e.pane().text(), pane);
+        QVERIFY(e.waitingForServer && !e.serverAnswered && w.view.labels.isEmpty());
+        w.clock.jump(59.9);
+        QCOMPARE(e.link().gate().untold(), 2);
+        w.clock.jump(0.1);
+        pane += ignored.arg(u"2 datagrams"_s, u"1 from 127.0.0.1:%1, 1 from %2"_s.arg(port2.localPort()).arg(at.arg(2).arg(p)));
+        QCOMPARE(e.pane().text(), pane);
+        e.checkRunning = true; // a line now could stand between an echo and its reply
+        dropped({&host2, &host3, &host4, &port2});
+        w.clock.jump(61);
+        QCOMPARE(e.link().gate().untold(), 4);
+        e.checkRunning = false;
+        w.clock.jump(1);
+        pane += ignored.arg(u"4 datagrams"_s, u"1 from %1, 1 from %2, 1 from %3, 1 from others"_s.arg(at.arg(2).arg(p), at.arg(3).arg(p), at.arg(4).arg(p)));
+        QCOMPARE(e.pane().text(), pane);
+        server.reply(printHead + "ok\n");
+        QTRY_VERIFY(!e.waitingForServer);
+        QVERIFY(e.serverAnswered && w.view.labels.value(View::Label::lblResponseTime) == u"122000 ms"_s);
+        QCOMPARE(e.pane().text(), pane + u"ok\r\n"_s);
+        const QByteArray log = w.file(u"servlog.txt"_s);
+        QCOMPARE(log.count("\r\nIgnored "), 3);
+        QVERIFY(!log.contains("evil"));
+        e.settings.ServerOnly = false;
+        forge(port2);
+        QTRY_VERIFY(e.pane().text().endsWith(u"ok\r\n0 evil\r\n"_s));
+    }
+
     void queueDrainsInOrderWithinTheLastCall()
     {
         EngineWorld w(40);

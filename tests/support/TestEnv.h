@@ -7,7 +7,9 @@
 #include <QString>
 #include <QTemporaryDir>
 
+#include <csignal>
 #include <sys/fsuid.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
 
 // A private world for one test: its own config and data homes and a working folder,
@@ -43,6 +45,15 @@ public:
         QFile f(path);
         if (f.open(QIODevice::WriteOnly | QIODevice::Truncate))
             f.write(bytes);
+    }
+
+    // Makes `name` in the working folder a link to /dev/full: every write to it fails with
+    // "No space left on device". Only for files appended to in place: a save that writes a
+    // copy beside the file and renames it over the link would replace /dev/full itself.
+    void fullDisk(const QString &name) const
+    {
+        QFile::remove(workDir() + name);
+        QFile::link(QStringLiteral("/dev/full"), workDir() + name);
     }
 
 private:
@@ -83,4 +94,29 @@ public:
 private:
     QByteArray m_folder;
     int m_fsuid;
+};
+
+// While it lives, no file of the process grows beyond `bytes`: a write across the limit is
+// cut short there ("File too large"), as on a disk that fills up in the middle of it.
+class FileSizeLimit
+{
+public:
+    explicit FileSizeLimit(rlim_t bytes)
+    {
+        getrlimit(RLIMIT_FSIZE, &m_old);
+        m_handler = std::signal(SIGXFSZ, SIG_IGN);
+        const rlimit small{bytes, m_old.rlim_max};
+        setrlimit(RLIMIT_FSIZE, &small);
+    }
+    ~FileSizeLimit()
+    {
+        setrlimit(RLIMIT_FSIZE, &m_old);
+        std::signal(SIGXFSZ, m_handler);
+    }
+    FileSizeLimit(const FileSizeLimit &) = delete;
+    FileSizeLimit &operator=(const FileSizeLimit &) = delete;
+
+private:
+    rlimit m_old{};
+    void (*m_handler)(int) = nullptr;
 };

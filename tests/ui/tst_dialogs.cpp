@@ -228,6 +228,23 @@ private Q_SLOTS:
         QCOMPARE(s.WarnTxt, u"Check your fire"_s);
     }
 
+    // The server-only box shows the setting; a click of the mouse turns it, OK keeps the turn
+    // and Cancel does not.
+    void settingsServerOnly()
+    {
+        WindowWorld w;
+        QString seen;
+        for (const QString &accept : {u"cmdOK"_s, QString(), u"cmdOK"_s, u"cmdOK"_s}) {
+            QVERIFY(accepted<frmSettings>(w, "mnuSettings", [&](frmSettings &d) {
+                auto *box = control<QCheckBox>(d, u"chkServerOnly"_s);
+                seen += box->isChecked() ? u'1' : u'0';
+                QTest::mouseClick(box, Qt::LeftButton, {}, QPoint(8, box->height() / 2));
+            }, accept));
+            seen += w.settings().ServerOnly ? u"1 "_s : u"0 "_s;
+        }
+        QCOMPARE(seen, u"10 00 01 10 "_s);
+    }
+
     // The help box, and the four lists: each editor shows its file as it stands, takes the
     // keys, and Tab and Space save it: every line with its own end, an added one with the end
     // most lines have, Latin-1 bytes as they were; the table is reloaded.

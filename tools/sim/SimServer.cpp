@@ -185,7 +185,7 @@ void SimServer::handle(const QNetworkDatagram &datagram)
         return;
     }
     if (SimText::equalsIgnoringCase(splitWord(text).first, "getstatus"))
-        m_socket.writeDatagram(statusResponse(), datagram.senderAddress(), static_cast<quint16>(datagram.senderPort()));
+        answer(statusResponse(), datagram);
 }
 
 void SimServer::sendPrint(const QNetworkDatagram &to, const QByteArray &text)
@@ -194,9 +194,21 @@ void SimServer::sendPrint(const QNetworkDatagram &to, const QByteArray &text)
     qsizetype at = 0;
     do {
         const QByteArray part = text.mid(at, kMaxTextPerDatagram);
-        m_socket.writeDatagram(kPrintHead + part, to.senderAddress(), static_cast<quint16>(to.senderPort()));
+        answer(kPrintHead + part, to);
         at += kMaxTextPerDatagram;
     } while (at < text.size());
+}
+
+void SimServer::answer(const QByteArray &bytes, const QNetworkDatagram &to)
+{
+    const QHostAddress address = to.senderAddress();
+    const quint16 port = static_cast<quint16>(to.senderPort());
+    if (m_replyDelayMs <= 0) {
+        m_socket.writeDatagram(bytes, address, port);
+        return;
+    }
+    QTimer::singleShot(m_replyDelayMs, Qt::PreciseTimer, this,
+                       [this, bytes, address, port] { m_socket.writeDatagram(bytes, address, port); });
 }
 
 QByteArray SimServer::rconReply(const QByteArray &afterRcon)

@@ -69,6 +69,9 @@ public:
     QHostAddress address() const;
     QString errorString() const { return m_socket.errorString(); }
 
+    // Every answer leaves this many real milliseconds after its command came in, as from a
+    // server far away.
+    void setReplyDelay(int ms) { m_replyDelayMs = ms; }
     // Empty: rcon answers that no password is set.
     void setPassword(const QByteArray &password) { m_password = password; }
     QByteArray password() const { return m_password; }
@@ -131,6 +134,7 @@ private:
     void handle(const QNetworkDatagram &datagram);
     void record(const QNetworkDatagram &datagram);
     void sendPrint(const QNetworkDatagram &to, const QByteArray &text);
+    void answer(const QByteArray &bytes, const QNetworkDatagram &to);
     QByteArray runCommand(const QByteArray &command);
     QByteArray kick(const QByteArray &args);
     QByteArray clientKick(const QByteArray &args);
@@ -143,6 +147,7 @@ private:
 
     QUdpSocket m_socket;
     QByteArray m_password;
+    int m_replyDelayMs = 0;
     QByteArray m_hostname = QByteArrayLiteral("Sim Server");
     QByteArray m_gametype = QByteArrayLiteral("2");
     QByteArray m_map = QByteArrayLiteral("obj/obj_team1");

@@ -65,7 +65,10 @@ int main(int argc, char *argv[])
                                           QStringLiteral("file"));
     const QCommandLineOption bindOption(QStringLiteral("bind"), QStringLiteral("Address to listen on."),
                                         QStringLiteral("address"), QStringLiteral("127.0.0.1"));
-    parser.addOptions({portOption, passwordOption, scriptOption, recordOption, bindOption});
+    const QCommandLineOption delayOption(QStringLiteral("delay"),
+                                         QStringLiteral("Milliseconds before each answer goes out (default 0)."),
+                                         QStringLiteral("ms"), QStringLiteral("0"));
+    parser.addOptions({portOption, passwordOption, scriptOption, recordOption, bindOption, delayOption});
     parser.process(app);
     if (!parser.positionalArguments().isEmpty())
         return fail(QStringLiteral("unexpected argument \"%1\"").arg(parser.positionalArguments().first()));
@@ -78,8 +81,13 @@ int main(int argc, char *argv[])
     if (address.isNull())
         return fail(QStringLiteral("bad address \"%1\"").arg(parser.value(bindOption)));
 
+    const int delay = parser.value(delayOption).toInt(&ok);
+    if (!ok || delay < 0)
+        return fail(QStringLiteral("bad delay \"%1\"").arg(parser.value(delayOption)));
+
     SimServer server;
     server.setKeepReceived(false);
+    server.setReplyDelay(delay);
     server.setPassword(parser.value(passwordOption).toLatin1());
     if (parser.isSet(scriptOption)) {
         SimScript script;
