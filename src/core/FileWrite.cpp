@@ -68,7 +68,7 @@ void append(const QString &path, const QByteArray &bytes)
         throw failure(file, errno);
 }
 
-void replace(const QString &path, const QByteArray &bytes, QFileDevice::Permissions permissions)
+void replace(const QString &path, const QByteArray &bytes, const Replacement &how)
 {
     const QFileInfo target(QFileInfo(path).canonicalFilePath());
     if (target.exists() && !target.isFile()) {
@@ -81,6 +81,7 @@ void replace(const QString &path, const QByteArray &bytes, QFileDevice::Permissi
         return;
     }
     QSaveFile file(path);
+    file.setDirectWriteFallback(how.inPlaceFallback);
     errno = 0;
     // Unbuffered, so that a write the disk cuts short shows in the count: a buffered flush
     // at commit can lose a short write and hand over a cut-short copy.
@@ -88,7 +89,7 @@ void replace(const QString &path, const QByteArray &bytes, QFileDevice::Permissi
         throw failure(file, errno);
     writeWhole(file, bytes);
     errno = 0;
-    if (!file.setPermissions(permissions) || !file.commit())
+    if ((how.permissions && !file.setPermissions(*how.permissions)) || !file.commit())
         throw failure(file, errno);
 }
 

@@ -5,6 +5,8 @@
 #include <QFileDevice>
 #include <QString>
 
+#include <optional>
+
 class QFile;
 
 // Writes that reach the file whole or are reported. Every write's count and flush are
@@ -23,9 +25,18 @@ bool openToAppend(QFile &file);
 // The same as append() for a file kept open by openToAppend().
 void appendTo(QFile &file, const QByteArray &bytes);
 
-// The whole file replaced by `bytes`, with exactly `permissions`: written completely beside
-// it and put in its place in one step, so that a failure leaves the old file as it was. A
-// link is followed; a target that is no plain file (a device) is written in place.
-void replace(const QString &path, const QByteArray &bytes, QFileDevice::Permissions permissions);
+// How replace() treats the file it puts in place.
+struct Replacement
+{
+    // Exactly these bits, whatever the umask; none keeps those of the file replaced.
+    std::optional<QFileDevice::Permissions> permissions;
+    // Where the folder takes no new file, write over the old one, as plain writing would.
+    bool inPlaceFallback = false;
+};
+
+// The whole file replaced by `bytes`: written completely beside it and put in its place in
+// one step, so that a failure leaves the old file as it was. A link is followed; a target
+// that is no plain file (a device) is written in place.
+void replace(const QString &path, const QByteArray &bytes, const Replacement &how);
 
 } // namespace FileWrite

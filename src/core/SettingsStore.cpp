@@ -276,7 +276,7 @@ void IniSettingsBackend::save(const QString &appName, const QList<std::pair<QStr
         throw notWritten(path);
     // The file holds the remote console password: its owner's alone, whatever the umask
     // and whatever bits an older file had.
-    FileWrite::replace(path, bytes, QFile::ReadOwner | QFile::WriteOwner);
+    FileWrite::replace(path, bytes, {QFile::ReadOwner | QFile::WriteOwner, false});
     m_files.erase(appName); // the next read starts from the file as it now stands
 }
 

@@ -2,11 +2,11 @@
 #include "ui/ListFileText.h"
 
 #include "core/RuntimeError.h"
+#include "core/FileWrite.h"
 #include "core/Text.h"
 
 #include <QFile>
 #include <QPlainTextEdit>
-#include <QSaveFile>
 #include <QTextBlock>
 
 #include <algorithm>
@@ -105,21 +105,8 @@ QString text(const QPlainTextEdit &box, const QString &lineEnd)
 
 void save(const QString &path, const QPlainTextEdit &box, const QString &lineEnd)
 {
-    const QByteArray bytes = Text::toWire(text(box, lineEnd));
-    QSaveFile file(path);
-    // Where the folder takes no new file, the list is written over the old one, as plain
-    // writing would.
-    file.setDirectWriteFallback(true);
-    // Unbuffered, so that a write the disk cuts short shows in the count: a buffered flush
-    // can lose a short write and hand over a truncated copy.
-    if (!file.open(QIODevice::WriteOnly | QIODevice::Unbuffered))
-        fail(file.errorString());
     // A copy cut short is dropped and the old list stands (not so for one written in place).
-    if (file.write(bytes) != bytes.size() || file.size() != bytes.size())
-        fail(file.errorString().isEmpty() ? QStringLiteral("The disk took only part of the list")
-                                          : file.errorString());
-    if (!file.commit())
-        fail(file.errorString());
+    FileWrite::replace(path, Text::toWire(text(box, lineEnd)), {std::nullopt, true});
 }
 
 } // namespace ListFileText
