@@ -9,7 +9,7 @@
 #include "link/CommandQueue.h"
 #include "link/RconLink.h"
 
-Engine::Engine(Clock &clock, View &view, QObject *parent)
+Engine::Engine(Clock &clock, View &view, EngineParts parts, QObject *parent)
     : QObject(parent)
     , timKickcheck(clock)
     , timProgress(clock)
@@ -32,6 +32,8 @@ Engine::Engine(Clock &clock, View &view, QObject *parent)
     , m_statusCycle(m_pane, m_parser, m_merge, m_errors, this)
     , m_checkCycle(*this)
     , m_announcer(*this)
+    , m_check(parts.check ? *parts.check : m_checkCycle)
+    , m_statusCommand(std::move(parts.statusCommand))
 {
     connect(&timKickcheck, &Ticker::tick, this,
             [this] { guarded(QStringLiteral("timKickcheck_Timer"), [this] { timKickcheck_Timer(); }); });
@@ -103,7 +105,6 @@ void Engine::Form_Load(const QString &commandLine)
     m_errors.catching(QStringLiteral("Error initializing application"), [&] {
         const QString strCmdLine = Text::trimBlanks(commandLine).toLower();
         m_view.applyWindowLayout();
-        waitingForServer = false;
         m_view.setFieldText(View::Field::txtHost, settings.Host);
         m_view.setFieldText(View::Field::txtPwd, settings.Pwd);
         m_view.setFieldText(View::Field::txtPort, QString::number(settings.Port));
@@ -113,8 +114,8 @@ void Engine::Form_Load(const QString &commandLine)
         if (settings.LocalPort < 0 || settings.LocalPort > 65535)
             throw RuntimeError(RuntimeError::Overflow, QStringLiteral("Overflow"));
         m_link->bind(static_cast<quint16>(settings.LocalPort));
-        m_queue->srvqueueTop = -1;
-        engineRunning = false;
+        m_queue->reset(); // waitingForServer False, srvqueueTop -1
+        m_engineRunning = false;
         m_view.setSettingsTicked(settings.SaveSettings);
         m_view.setTrayTicked(settings.SysTray);
         m_view.setTrayShown(settings.SysTray);
@@ -124,7 +125,7 @@ void Engine::Form_Load(const QString &commandLine)
         timKickcheck.stop();
         timProgress.setInterval(1000);
         timProgress.stop();
-        serverAnswered = false;
+        m_link->forgetAnswer();
         Q_EMIT announcementsToArm(settings.intAnnouce == 1);
         m_log.resetLogOpen();
         if (settings.SaveLog) {
@@ -145,12 +146,12 @@ void Engine::Form_Load(const QString &commandLine)
 
 void Engine::cmdStart_Click()
 {
-    if (!engineRunning) {
+    if (!m_engineRunning) {
         timKickcheck.start();
         setProgress(0);
         timProgress.start();
         m_view.setStartCaption(QStringLiteral("Stop"));
-        engineRunning = true;
+        m_engineRunning = true;
         if (settings.SaveLog)
             m_log.WriteLog(QStringLiteral("Quorvane started"), true);
         m_view.setEnabled(View::Control::mnuOptions, false);
@@ -162,7 +163,7 @@ void Engine::cmdStart_Click()
         intProgressCheck = 0;
         setProgress(0);
         m_view.setStartCaption(QStringLiteral("Start"));
-        engineRunning = false;
+        m_engineRunning = false;
         if (settings.SaveLog)
             m_log.WriteLog(QStringLiteral("Quorvane stopped"), true);
         m_view.setEnabled(View::Control::mnuOptions, true);
@@ -171,18 +172,20 @@ void Engine::cmdStart_Click()
 
 void Engine::mnuStatus_Click()
 {
-    if (m_statusOverride)
-        m_statusOverride();
+    if (m_statusCommand)
+        m_statusCommand();
     else
         m_statusCycle.sendStatus(QStringLiteral("status"));
 }
 
 void Engine::TkCheck()
 {
-    if (m_checkOverride)
-        m_checkOverride();
-    else
-        m_checkCycle.TkCheck();
+    m_check.TkCheck();
+}
+
+bool Engine::checkRunning() const
+{
+    return m_check.checkRunning();
 }
 
 void Engine::timKickcheck_Timer()
@@ -190,14 +193,14 @@ void Engine::timKickcheck_Timer()
     m_pane.append(QStringLiteral("\r\nRunning a TK check.....\r\n"));
     timProgress.stop();
     setProgress(progressMaximum());
-    if (!checkRunning) {
+    if (!m_check.checkRunning()) {
         SetCommandControls(0);
         TkCheck();
         SetCommandControls(1);
     }
     intProgressCheck = 0;
     setProgress(0);
-    if (engineRunning && !m_unloaded)
+    if (m_engineRunning && !m_unloaded)
         timProgress.start();
 }
 
@@ -240,7 +243,7 @@ void Engine::Form_Unload()
     if (m_unloading)
         return;
     m_unloading = true;
-    if (engineRunning) {
+    if (m_engineRunning) {
         cmdStart_Click();
         Pause(1.0);
     }

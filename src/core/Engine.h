@@ -28,20 +28,33 @@
 #include <functional>
 #include <memory>
 
+class CheckRoutine;
 class Clock;
 class View;
 class RconLink;
 class CommandQueue;
 
+// What the engine is built with besides the clock and the view. The program leaves them
+// as they are; a test hands in its own.
+struct EngineParts
+{
+    // What a tick of timKickcheck runs instead of the check cycle.
+    CheckRoutine *check = nullptr;
+    // What the Status command runs instead of one status exchange.
+    std::function<void()> statusCommand;
+};
+
 // The engine's state and its run control: how the program comes up, the run switch,
 // the timers that drive the checks and the orderly stop. Everything runs on one
-// thread; the flags below stand in for locks because Pause runs events inside
-// whatever routine called it.
+// thread; flags stand in for locks because Pause runs events inside whatever routine
+// called it. Each flag sits with the one routine that sets it and is read elsewhere
+// only: engineRunning here, checkRunning with the check routine, waitingForServer and
+// queueDraining with the queue, serverAnswered with the link, logOpen with the log.
 class Engine : public QObject
 {
     Q_OBJECT
 public:
-    Engine(Clock &clock, View &view, QObject *parent = nullptr);
+    Engine(Clock &clock, View &view, EngineParts parts = {}, QObject *parent = nullptr);
     ~Engine() override;
 
     Clock &clock() { return m_clock; }
@@ -81,11 +94,10 @@ public:
     Settings settings;
     Stats stats;
 
-    bool engineRunning = false;
-    bool checkRunning = false;
-    bool waitingForServer = false;
-    bool queueDraining = false;
-    bool serverAnswered = false;
+    // Start has been pressed and Stop has not. Only the run switch sets it.
+    bool engineRunning() const { return m_engineRunning; }
+    // A check is under way, as the check routine in use says.
+    bool checkRunning() const;
 
     Ticker timKickcheck;
     Ticker timProgress;
@@ -108,9 +120,6 @@ public:
 
     // One check of the timer.
     void TkCheck();
-    // For tests: what a tick and the Status command run instead of the real cycles.
-    void setCheckCycle(std::function<void()> cycle) { m_checkOverride = std::move(cycle); }
-    void setStatusCommand(std::function<void()> command) { m_statusOverride = std::move(command); }
 
     // Waits with events running; ends at once when the window has unloaded.
     void Pause(double seconds);
@@ -154,8 +163,9 @@ private:
     StatusCycle m_statusCycle;
     CheckCycle m_checkCycle;
     Announcer m_announcer;
-    std::function<void()> m_checkOverride;
-    std::function<void()> m_statusOverride;
+    CheckRoutine &m_check;
+    std::function<void()> m_statusCommand;
+    bool m_engineRunning = false;
     bool m_unloading = false;
     bool m_unloaded = false;
     WaitCancel m_waits;

@@ -66,7 +66,7 @@ bool CheckCycle::forceKick()
         e.queue().SendCommands();
         if (s.logVerbose())
             e.log().WriteLog(QStringLiteral("...force kicking."));
-        e.checkRunning = false;
+        m_checkRunning = false;
         return false;
     }
     const qint32 top = lists.bannedNameTop();
@@ -84,12 +84,12 @@ void CheckCycle::TkCheck()
     Engine &e = m_engine;
     if (e.settings.SaveLog)
         e.log().WriteLog(QStringLiteral("Running a TK check."), true);
-    if (e.waitingForServer) {
+    if (e.queue().waitingForServer()) {
         if (e.settings.SaveLog)
             e.log().WriteLog(QStringLiteral("...skipped check, still waiting for server."));
         return;
     }
-    e.checkRunning = true;
+    m_checkRunning = true;
     ++e.stats.checks;
 
     if (e.settings.KickBanned && e.settings.ForceKick && !forceKick())
@@ -99,11 +99,11 @@ void CheckCycle::TkCheck()
     if (!e.statusCycle().sendStatus(cmd)) {
         if (e.settings.SaveLog)
             e.log().WriteLog(QStringLiteral("...couldn't get good status for TK check."));
-        e.checkRunning = false;
+        m_checkRunning = false;
         return;
     }
     runPolicies(e.policies());
     e.queue().SendCommands();
     e.grid().RefreshGrid();
-    e.checkRunning = false;
+    m_checkRunning = false;
 }

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "enforcement/CheckRoutine.h"
+
 #include <QString>
 
 class Engine;
@@ -11,12 +13,13 @@ struct PolicyContext;
 // when ForceKick says so, asks for the player list ("status" on every StatusInterval-th
 // check, the cheap "getStatus" on the others), runs the policies in their fixed order,
 // lets the queue send what they queued and refreshes the window.
-class CheckCycle
+class CheckCycle final : public CheckRoutine
 {
 public:
     explicit CheckCycle(Engine &engine) : m_engine(engine) {}
 
-    void TkCheck();
+    void TkCheck() override;
+    bool checkRunning() const override { return m_checkRunning; }
     // The command of the check with this count.
     static const char *statusCommandFor(int checks, int StatusInterval);
     // The nine policies in their order, each behind its setting as it stands now.
@@ -28,4 +31,5 @@ private:
     bool forceKick();
 
     Engine &m_engine;
+    bool m_checkRunning = false;
 };

@@ -62,7 +62,7 @@ qint32 OperatorActions::FindClient(qint16 num) const
 
 bool OperatorActions::otherCommandOpened()
 {
-    if (!m_engine.engineRunning)
+    if (!m_engine.engineRunning())
         return false;
     m_engine.cmdStart_Click();
     return true;

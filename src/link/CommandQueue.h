@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <QObject>
 #include <QString>
 
 #include <array>
@@ -19,18 +20,25 @@ struct SrvCmd
 // srvqueue: nearly every command goes out through here, one datagram per CommandDelay.
 // It is a batch: it fills, drains in one go inside SendCommands, and empties; while it
 // drains it refuses new entries. The wait after each send is what lets a reply come in.
-class CommandQueue
+class CommandQueue : public QObject
 {
+    Q_OBJECT
 public:
     static constexpr int Size = 2049; // indexes 0 to 2048
 
-    explicit CommandQueue(Engine &engine) : m_engine(engine) {}
+    explicit CommandQueue(Engine &engine);
 
     bool AddSrvCmd(const QString &Cmd, bool bShowT = false, bool bDoNow = false, bool bRconCmd = false,
                    qint32 intPause = 0);
     void SendCommands();
+    // Empty, and waiting for nothing: as the load of the window leaves it.
+    void reset();
 
-    qint32 srvqueueTop = -1;
+    qint32 srvqueueTop() const { return m_srvqueueTop; }
+    // A command has been sent and nothing has been received since.
+    bool waitingForServer() const { return m_waitingForServer; }
+    // SendCommands is working through the queue; AddSrvCmd refuses meanwhile.
+    bool queueDraining() const { return m_queueDraining; }
 
 private:
     void drain();
@@ -38,4 +46,7 @@ private:
 
     Engine &m_engine;
     std::array<SrvCmd, Size> m_srvqueue{};
+    qint32 m_srvqueueTop = -1;
+    bool m_waitingForServer = false;
+    bool m_queueDraining = false;
 };

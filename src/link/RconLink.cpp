@@ -6,6 +6,7 @@
 #include "core/RuntimeError.h"
 #include "core/Text.h"
 #include "core/View.h"
+#include "link/CommandQueue.h"
 #include "link/RconCodec.h"
 
 #include <QHostInfo>
@@ -30,7 +31,7 @@ const QString readWords = QStringLiteral("Error reading UDP (UDPClient_DataArriv
 RconLink::RconLink(Engine &engine)
     : m_engine(engine)
     , m_socket(new QUdpSocket(this))
-    , m_gate(engine.clock(), [&engine] { return engine.checkRunning || engine.queueDraining; })
+    , m_gate(engine.clock(), [&engine] { return engine.checkRunning() || engine.queue().queueDraining(); })
 {
     connect(m_socket, &QUdpSocket::readyRead, this, &RconLink::readPending);
     connect(&m_gate, &SenderGate::notice, this, [this](const QString &line) {
@@ -182,8 +183,8 @@ void RconLink::UDPClient_DataArrival(qint64 intBytes)
         }
         const QByteArray bytes = m_datagram.first(std::max<qint64>(got, 0));
         const QString text = RconCodec::arrivalText(bytes);
-        e.serverAnswered = intBytes >= 2;
-        if (e.serverAnswered) {
+        m_serverAnswered = intBytes >= 2;
+        if (m_serverAnswered) {
             double elapsed = e.clock().secondsSinceMidnight() - ResponseTimeStart;
             if (elapsed < 0)
                 elapsed += 86400; // the send was before midnight
@@ -194,6 +195,6 @@ void RconLink::UDPClient_DataArrival(qint64 intBytes)
         if (e.settings.logVerbose())
             e.log().WriteLog(text, false);
         e.pane().cursorToEnd();
-        e.waitingForServer = false;
+        Q_EMIT replyArrived();
     });
 }

@@ -31,8 +31,15 @@ public:
     void UDPClient_SendMessage(const QString &Cmd, bool bShowText = false, bool bRconCmd = false);
     void UDPClient_DataArrival(qint64 intBytes);
 
-    double ResponseTimeStart = 0; // seconds since midnight, as precise as the arrival it is compared with
+    // The last datagram taken from the server carried text.
+    bool serverAnswered() const { return m_serverAnswered; }
+    // serverAnswered false, as the load of the window leaves it.
+    void forgetAnswer() { m_serverAnswered = false; }
     SenderGate &gate() { return m_gate; }
+
+Q_SIGNALS:
+    // A datagram from the server has been taken in, text or not: the last step of its arrival.
+    void replyArrived();
 
 private:
     struct Outgoing
@@ -57,4 +64,6 @@ private:
     SenderGate m_gate;
     QByteArray m_datagram; // reused, so that a datagram dropped costs no allocation
     QHash<QString, QHostAddress> m_resolved;
+    double ResponseTimeStart = 0; // seconds since midnight, as precise as the arrival it is compared with
+    bool m_serverAnswered = false;
 };

@@ -51,7 +51,7 @@ void Announcer::timAnnounce_Timer()
     if (++announceTicks < s.lngAnnounce)
         return;
     announceTicks = 0;
-    if (!m_engine.engineRunning)
+    if (!m_engine.engineRunning())
         return; // the due tick is lost; the next chance is a full interval away
     const QString tag = Text::trimBlanks(s.Voice);
     const QString head = tag.isEmpty() ? QStringLiteral("say ") : QStringLiteral("say ") + tag + QStringLiteral(": ");

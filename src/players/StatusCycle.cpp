@@ -5,6 +5,7 @@
 #include "core/ErrorLog.h"
 #include "core/View.h"
 #include "link/CommandQueue.h"
+#include "link/RconLink.h"
 #include "players/PlayerGrid.h"
 #include "core/OutputPane.h"
 #include "core/Text.h"
@@ -41,7 +42,7 @@ bool StatusCycle::sendStatus(const QString &cmd)
             e.log().WriteLog(QStringLiteral("Error: sendStatus couldn't add status command to queue."));
         return false;
     }
-    if (e.unloaded() || !e.serverAnswered)
+    if (e.unloaded() || !e.link().serverAnswered())
         return false;
     switch (GetScores(cmd)) {
     case 1:

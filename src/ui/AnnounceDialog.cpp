@@ -115,7 +115,7 @@ void frmAnnounce::cmdOkay_Click()
         announcer.Announce_Timer_Control(QStringLiteral("ON"));
     else if (s.intAnnouce == 0 && announcer.timAnnounce.isActive())
         announcer.Announce_Timer_Control(QStringLiteral("OFF"));
-    if (s.intAnnouce == 1 && !m_engine.engineRunning)
+    if (s.intAnnouce == 1 && !m_engine.engineRunning())
         Prompts::information(this, QStringLiteral("Announcements will be sent as soon as you click Start on the main screen."));
     accept();
 }

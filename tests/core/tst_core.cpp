@@ -98,7 +98,7 @@ private Q_SLOTS:
     // the file keeps what it held, the engine runs on, and the next save goes through.
     void settingsFileKeptPrivate()
     {
-        EngineWorld w;
+        EngineWorld w(0, nullptr, [] {});
         const mode_t umaskBefore = ::umask(022);
         const QString ini = IniSettingsBackend::filePath(SettingsStore::ownApp);
         const auto modes = [&ini] {
@@ -108,7 +108,6 @@ private Q_SLOTS:
             return u"%1 %2"_s.arg(folder.st_mode & 0777, 0, 8).arg(file.st_mode & 0777, 0, 8);
         };
         Engine &e = w.engine;
-        e.setStatusCommand([] {});
         const auto save = [&e] { // Start saves; Stop does not
             e.cmdStart_Click();
             e.cmdStart_Click();
@@ -125,7 +124,7 @@ private Q_SLOTS:
             FileSizeLimit limit(stored.size() - 20);
             e.cmdStart_Click();
         }
-        QVERIFY(e.engineRunning);
+        QVERIFY(e.engineRunning());
         QCOMPARE(TestEnv::readFile(ini), stored);
         QFile::rename(ini, ini + u".kept"_s);
         QFile::link(u"/dev/full"_s, ini);
@@ -150,12 +149,11 @@ private Q_SLOTS:
                                                                   {u"  -A  "_s, "-a", true}, {u"-a -x"_s, "-a -x", false},
                                                                   {u"a"_s, "a", false}};
         for (const auto &[commandLine, logged, starts] : lines) {
-            EngineWorld w;
             int statusRuns = 0;
-            w.engine.setStatusCommand([&] { ++statusRuns; });
+            EngineWorld w(0, nullptr, [&] { ++statusRuns; });
             w.engine.settings.LocalPort = 0, w.engine.settings.SaveLog = true, w.engine.settings.CheckInt = 1000;
             w.engine.Form_Load(commandLine);
-            QCOMPARE(w.engine.engineRunning, starts);
+            QCOMPARE(w.engine.engineRunning(), starts);
             QCOMPARE(statusRuns, starts ? 1 : 0);
             QCOMPARE(w.engine.timKickcheck.interval(), 5000);
             QCOMPARE(w.engine.pane().text(), starts ? u"Automatic Startup\r\n"_s : QString());
@@ -213,7 +211,7 @@ private Q_SLOTS:
         s.Host = u"127.0.0.1"_s, s.Port = sim.port(), s.Pwd = u"pw"_s;
         QString during; // the window while a check waits for its reply
         connect(&sim, &SimServer::datagramReceived, this, [&] {
-            if (e.checkRunning && during.isEmpty())
+            if (e.checkRunning() && during.isEmpty())
                 during = u"%1 %2 %3/%4"_s.arg(int(w.view.trayFlashing)).arg(int(w.view.enabled.value(View::Control::cmdKick)))
                              .arg(w.view.progressValue).arg(w.view.progressMax);
         });
@@ -306,21 +304,24 @@ private Q_SLOTS:
     // reaches its handler, writes its pane line and runs no second check.
     void startStopAndTicksDuringALongCheck()
     {
-        EngineWorld w(50); // 50 clock seconds to the real second: a tick every 100 ms
+        int cycles = 0;
+        qsizetype linesAtEnd = 0;
+        Engine *engine = nullptr;
+        TestCheck check; // the engine's own check, counted, then Stop from inside the tick
+        check.run = [&] {
+            ++cycles;
+            engine->checkCycle().TkCheck(); // 21 clock seconds: four more ticks fall inside
+            linesAtEnd = engine->pane().text().count(u"\r\nRunning a TK check.....\r\n"_s);
+            engine->cmdStart_Click(); // Stop, from inside the tick
+        };
+        check.running = [&] { return engine->checkCycle().checkRunning(); };
+        EngineWorld w(50, &check, [] {}); // a tick every 100 ms
+        engine = &w.engine;
         Peer silent;       // never answers, so each status waits out its whole delay
         Settings &s = w.engine.settings;
         s.LocalPort = 0, s.CheckInt = 5000, s.CommandDelay = 20, s.SaveSettings = false;
         w.engine.Form_Load(QString());
         w.pointAt(silent.socket.localPort());
-        w.engine.setStatusCommand([] {});
-        int cycles = 0;
-        qsizetype linesAtEnd = 0;
-        w.engine.setCheckCycle([&] {
-            ++cycles;
-            w.engine.checkCycle().TkCheck(); // 21 clock seconds: four more ticks fall inside
-            linesAtEnd = w.engine.pane().text().count(u"\r\nRunning a TK check.....\r\n"_s);
-            w.engine.cmdStart_Click(); // Stop, from inside the tick
-        });
         const auto state = [&] {
             return u"%1 %2/%3 %4 %5"_s.arg(w.view.startCaption).arg(w.view.progressValue).arg(w.view.progressMax)
                 .arg(int(w.view.enabled.value(View::Control::mnuOptions))).arg(int(w.engine.timProgress.isActive()));
@@ -332,7 +333,7 @@ private Q_SLOTS:
         QCOMPARE(state(), u"Stop 2/5 0 1"_s);
         // Only two keys reach the store with Save Settings unticked.
         QCOMPARE(iniOf(SettingsStore::ownApp).allKeys(), (QStringList{u"Settings/RunBefore"_s, u"Settings/SaveSettings"_s}));
-        QTRY_VERIFY_WITH_TIMEOUT(!w.engine.engineRunning, 5000);
+        QTRY_VERIFY_WITH_TIMEOUT(!w.engine.engineRunning(), 5000);
         QCOMPARE(cycles, 1);
         QCOMPARE(w.engine.stats.checks, 1);
         QVERIFY2(linesAtEnd >= 4, qPrintable(QString::number(linesAtEnd)));

@@ -5,6 +5,7 @@
 #include "link/CommandQueue.h"
 #include "link/RconLink.h"
 
+#include <QSignalSpy>
 #include <QTest>
 
 using namespace Qt::StringLiterals;
@@ -82,7 +83,7 @@ private Q_SLOTS:
         w.connectTo(peer.socket.localPort(), u"pw"_s);
         w.engine.settings.SaveLog = true; // verbose: the echo and every reply
         w.engine.log().OpenLog();
-        w.engine.waitingForServer = true;
+        QSignalSpy replies(&w.engine.link(), &RconLink::replyArrived); // each ends the wait for the server
         w.engine.link().UDPClient_SendMessage(u"status"_s, true, true);
         peer.next();
         w.clock.jump(0.25);
@@ -96,13 +97,13 @@ private Q_SLOTS:
         QCOMPARE(log.mid(log.indexOf("\r\n\r\n") + 4),
                  "12:00:00>status\r\n===============\r\n\r\n\r\nmap: obj/team1\r\nabcdef ^8x^9y print ^1\r\n\r\n\r\n"
                  "a\r\r\n\xFF\xFF\xFF\xFFstatusResponse\r\n\r\n\r\n\r\n"_ba);
-        QVERIFY(w.engine.serverAnswered && !w.engine.waitingForServer);
+        QVERIFY(w.engine.link().serverAnswered() && replies.count() == 2);
         QCOMPARE(w.view.labels.value(View::Label::lblResponseTime), u"250 ms"_s);
         QCOMPARE(w.view.cursorMoves, 2);
         // Fewer than two bytes, whatever they are, mean no connection and leave the time.
         w.engine.pane().clear();
         peer.reply(QByteArray("\xFF", 1));
-        QTRY_VERIFY(!w.engine.serverAnswered);
+        QTRY_VERIFY(!w.engine.link().serverAnswered());
         peer.reply(QByteArray());
         QTRY_COMPARE(w.engine.pane().text(), u"\r\n(no connection)\r\n(no connection)"_s);
         QCOMPARE(w.view.labels.value(View::Label::lblResponseTime), u"250 ms"_s);
@@ -136,7 +137,10 @@ private Q_SLOTS:
     // while an exchange is under way. With ServerOnly off every datagram is taken again.
     void strangers()
     {
-        EngineWorld w;
+        bool checking = false;
+        TestCheck check;
+        check.running = [&] { return checking; };
+        EngineWorld w(0, &check);
         Engine &e = w.engine;
         Peer server;
         QUdpSocket port2, host2, host3, host4; // the server's address on another port, the server's port elsewhere
@@ -159,29 +163,29 @@ private Q_SLOTS:
         const QString at = u"127.0.0.%1:%2"_s;
         forge(server.socket); // before the first send nobody is the server
         QTRY_VERIFY(!e.pane().text().isEmpty());
-        e.waitingForServer = true;
+        QSignalSpy replies(&e.link(), &RconLink::replyArrived); // each ends the wait for the server
         e.link().UDPClient_SendMessage(u"status"_s, true, true);
         server.next();
         dropped({&port2, &host2});
         QString pane = ignored.arg(u"1 datagram"_s, u"1 from "_s + at.arg(1).arg(p)) + u"\r\n12:00:00>status\r\n===============\r\n"_s;
         QCOMPARE(e.pane().text(), pane);
-        QVERIFY(e.waitingForServer && !e.serverAnswered && w.view.labels.isEmpty());
+        QVERIFY(replies.isEmpty() && !e.link().serverAnswered() && w.view.labels.isEmpty());
         w.clock.jump(59.9);
         QCOMPARE(e.link().gate().untold(), 2);
         w.clock.jump(0.1);
         pane += ignored.arg(u"2 datagrams"_s, u"1 from 127.0.0.1:%1, 1 from %2"_s.arg(port2.localPort()).arg(at.arg(2).arg(p)));
         QCOMPARE(e.pane().text(), pane);
-        e.checkRunning = true; // a line now could stand between an echo and its reply
+        checking = true; // a line now could stand between an echo and its reply
         dropped({&host2, &host3, &host4, &port2});
         w.clock.jump(61);
         QCOMPARE(e.link().gate().untold(), 4);
-        e.checkRunning = false;
+        checking = false;
         w.clock.jump(1);
         pane += ignored.arg(u"4 datagrams"_s, u"1 from %1, 1 from %2, 1 from %3, 1 from others"_s.arg(at.arg(2).arg(p), at.arg(3).arg(p), at.arg(4).arg(p)));
         QCOMPARE(e.pane().text(), pane);
         server.reply(printHead + "ok\n");
-        QTRY_VERIFY(!e.waitingForServer);
-        QVERIFY(e.serverAnswered && w.view.labels.value(View::Label::lblResponseTime) == u"122000 ms"_s);
+        QTRY_COMPARE(replies.count(), 1);
+        QVERIFY(e.link().serverAnswered() && w.view.labels.value(View::Label::lblResponseTime) == u"122000 ms"_s);
         QCOMPARE(e.pane().text(), pane + u"ok\r\n"_s);
         const QByteArray log = w.file(u"servlog.txt"_s);
         QCOMPARE(log.count("\r\nIgnored "), 3);
@@ -204,7 +208,7 @@ private Q_SLOTS:
                 const bool added = q.AddSrvCmd(u"intruder"_s);
                 const qsizetype before = peer.received.size();
                 q.SendCommands();
-                inside = u"%1 %2 %3"_s.arg(int(added)).arg(q.srvqueueTop).arg(peer.received.size() - before);
+                inside = u"%1 %2 %3"_s.arg(int(added)).arg(q.srvqueueTop()).arg(peer.received.size() - before);
             }
             return echoBack(d);
         });
@@ -220,8 +224,8 @@ private Q_SLOTS:
                                                    head + "rcon pw four"}));
         QVERIFY2(took >= 5.0 && took < 6.5, qPrintable(QString::number(took)));
         QCOMPARE(inside, u"0 3 0"_s);
-        QVERIFY(q.srvqueueTop == -1 && !w.engine.queueDraining && timeouts(w.engine) == 0);
-        QVERIFY(q.AddSrvCmd(u"after"_s) && q.srvqueueTop == 0);
+        QVERIFY(q.srvqueueTop() == -1 && !q.queueDraining() && timeouts(w.engine) == 0);
+        QVERIFY(q.AddSrvCmd(u"after"_s) && q.srvqueueTop() == 0);
         // Echoes only for the entries that asked for them, each reply behind its echo.
         const QString pane = w.engine.pane().text();
         QVERIFY(pane.indexOf(u">one"_s) < pane.indexOf(u"ok one"_s));
@@ -252,7 +256,7 @@ private Q_SLOTS:
             const QByteArray log = w.file(u"servlog.txt"_s);
             QCOMPARE(int(log.count("Error: SendCommands timed out waiting for response. Couldn't send ")), expected);
             QCOMPARE(log.contains("Couldn't send b \"x\"\r\n\r\n"), expected > 0);
-            QVERIFY(!w.engine.waitingForServer);
+            QVERIFY(!w.engine.queue().waitingForServer());
         }
     }
 
@@ -262,7 +266,7 @@ private Q_SLOTS:
         CommandQueue &q = w.engine.queue();
         for (int i = 0; i < 2049; ++i)
             QVERIFY(q.AddSrvCmd(u"say %1"_s.arg(i)));
-        QCOMPARE(q.srvqueueTop, 2048);
+        QCOMPARE(q.srvqueueTop(), 2048);
         QVERIFY_THROWS_EXCEPTION(FatalExit, q.AddSrvCmd(u"one too many"_s));
         QVERIFY(w.view.boxes.value(0).endsWith(u"Error adding to srvqueue (AddSrvCmd)[9]: Subscript out of range"_s));
     }

@@ -373,16 +373,24 @@ private Q_SLOTS:
         QVERIFY(!rig.w.engine.statusCycle().sendStatus(u"status"_s));
         QCOMPARE(rig.w.engine.players().currentCount, 2);
         QVERIFY(rig.w.engine.pane().text().endsWith(u"Warning: SendCommands timed out.\r\n"_s));
-        rig.w.engine.settings.SaveLog = true;
+        rig.w.engine.settings.SaveLog = rig.w.engine.settings.LogBrief = true;
         rig.w.engine.log().OpenLog();
-        rig.w.engine.queueDraining = true; // the queue refuses the command
-        QVERIFY(!rig.w.engine.statusCycle().sendStatus(u"status"_s));
-        rig.w.engine.queueDraining = false;
-        rig.w.engine.waitingForServer = true;
-        rig.w.engine.TkCheck();
+        bool taken = true;
+        rig.w.whileDraining([&] { taken = rig.w.engine.statusCycle().sendStatus(u"status"_s); }); // the queue refuses it
+        QVERIFY(!taken);
+        // A check that comes while a command waits for its answer goes no further than its guard.
+        Peer late; // takes the command and never answers
+        rig.w.pointAt(late.socket.localPort(), u"pw"_s);
+        late.answerWith([&](const QByteArray &) {
+            rig.w.engine.TkCheck();
+            return QList<QByteArray>{};
+        });
+        rig.w.engine.settings.CommandDelay = 10;
+        rig.w.engine.queue().AddSrvCmd(u"status"_s, true, true, true);
         QCOMPARE(rig.w.engine.stats.checks, 0);
-        QVERIFY(rig.w.file(u"servlog.txt"_s).contains("\r\n\r\nError: sendStatus couldn't add status command to queue.\r\n\r\n["));
-        QVERIFY(rig.w.file(u"servlog.txt"_s).endsWith("]\r\nRunning a TK check.\r\n\r\n...skipped check, still waiting for server.\r\n\r\n"));
+        QVERIFY(rig.w.file(u"servlog.txt"_s).contains("\r\n\r\nError: sendStatus couldn't add status command to queue.\r\n\r\nstatus\r\n\r\n["));
+        QVERIFY(rig.w.file(u"servlog.txt"_s).endsWith("]\r\nRunning a TK check.\r\n\r\n...skipped check, still waiting for server.\r\n\r\n"
+                                                      "Error: SendCommands timed out waiting for response. Couldn't send status\r\n\r\n"));
     }
 };
 

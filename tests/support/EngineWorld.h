@@ -6,20 +6,56 @@
 #include "TestEnv.h"
 #include "core/Engine.h"
 #include "core/SettingsStore.h"
+#include "enforcement/CheckRoutine.h"
+#include "link/CommandQueue.h"
 #include "link/RconLink.h"
 
 #include <QNetworkDatagram>
+#include <QTimer>
 #include <QUdpSocket>
 
 #include <functional>
 
+// A check routine of the test's own: a tick runs `run`; the engine and the link see
+// `running` as checkRunning.
+struct TestCheck final : CheckRoutine
+{
+    std::function<void()> run;
+    std::function<bool()> running = [] { return false; };
+    void TkCheck() override
+    {
+        if (run)
+            run();
+    }
+    bool checkRunning() const override { return running(); }
+};
+
+// Runs `act` from the event loop inside a drain of the queue with nothing to send, as a
+// timer or a click runs while SendCommands waits. The clock moves on by the drain's second
+// unless `act` moved it further.
+inline void whileDraining(Engine &engine, FakeClock &clock, const std::function<void()> &act)
+{
+    const QDateTime start = clock.now();
+    QTimer step; // goes with the drain, so it never fires into what comes after
+    step.setSingleShot(true);
+    QObject::connect(&step, &QTimer::timeout, &clock, [&] {
+        act();
+        const double left = 1.0 - start.msecsTo(clock.now()) / 1000.0;
+        if (left > 0)
+            clock.jump(left);
+    });
+    step.start(0);
+    engine.queue().SendCommands();
+}
+
 // An engine on a headless window, a fake clock and a private folder, with a fatal
-// report that throws FatalExit instead of ending the test.
+// report that throws FatalExit instead of ending the test; with a check routine and a
+// Status command of the test's own where it gives them.
 struct EngineWorld
 {
-    explicit EngineWorld(double clockSpeed = 0)
+    explicit EngineWorld(double clockSpeed = 0, CheckRoutine *check = nullptr, std::function<void()> statusCommand = {})
         : clock(FakeClock::firstMoment(), clockSpeed)
-        , engine(clock, view)
+        , engine(clock, view, parts(check, std::move(statusCommand)))
     {
         SettingsStore::setProgramDirectoryForTesting(env.workDir());
         engine.settings.FileLoc = env.workDir();
@@ -40,6 +76,15 @@ struct EngineWorld
         view.fields[View::Field::txtPwd] = password;
     }
     QByteArray file(const QString &name) const { return TestEnv::readFile(env.workDir() + name); }
+    void whileDraining(const std::function<void()> &act) { ::whileDraining(engine, clock, act); }
+
+    static EngineParts parts(CheckRoutine *check, std::function<void()> statusCommand)
+    {
+        EngineParts p;
+        p.check = check;
+        p.statusCommand = std::move(statusCommand);
+        return p;
+    }
 
     TestEnv env;
     FakeClock clock;

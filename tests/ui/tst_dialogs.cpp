@@ -3,6 +3,7 @@
 // window: the tolerances, announcement, settings and list editor dialogs; Kick, Kick and Ban
 // and Other Command against the simulated server over loopback.
 #include "DialogDriver.h"
+#include "EngineWorld.h"
 #include "SimServer.h"
 #include "WindowWorld.h"
 #include "ui/AnnounceDialog.h"
@@ -476,20 +477,24 @@ private Q_SLOTS:
         if (k.how.contains(u'S'))
             rig.trigger(u"cmdStart"_s); // stopped while the dialog stands, started again after it
         QVERIFY(whileOpen<frmOther>([&] { rig.trigger(u"mnuOther"_s); }, [&](frmOther &d) {
-            QVERIFY(!rig.e.engineRunning);
+            QVERIFY(!rig.e.engineRunning());
             auto *box = control<QLineEdit>(d, u"txtCommand"_s);
             box->setFocus();
             QTest::keyClicks(box, k.typed);
             Prompts::setNextAnswer(k.how.contains(u'Y') ? QMessageBox::Yes : k.how.contains(u'D') ? QMessageBox::Ok : QMessageBox::No);
-            rig.e.queueDraining = k.how.contains(u'D'); // as an announcement's drain leaves it
-            if (k.how.contains(u'E')) {
-                QTest::keyPress(box, Qt::Key_Return);
-                QVERIFY(d.isVisible()); // not on the key going down
-                QTest::keyRelease(box, Qt::Key_Return);
-            } else {
-                press(d, u"cmdSend"_s);
-            }
-            rig.e.queueDraining = false;
+            const auto send = [&] {
+                if (k.how.contains(u'E')) {
+                    QTest::keyPress(box, Qt::Key_Return);
+                    QVERIFY(d.isVisible()); // not on the key going down
+                    QTest::keyRelease(box, Qt::Key_Return);
+                } else {
+                    press(d, u"cmdSend"_s);
+                }
+            };
+            if (k.how.contains(u'D'))
+                whileDraining(rig.e, rig.w.clock, send); // as during an announcement's drain
+            else
+                send();
             QVERIFY(!d.isVisible());
         }));
         Prompts::setNextAnswer(QMessageBox::NoButton);
@@ -498,7 +503,7 @@ private Q_SLOTS:
         QCOMPARE(wire, k.sent.isEmpty() ? Wire{} : Wire{k.sent});
         QCOMPARE(Prompts::lastText(), k.box);
         QCOMPARE(rig.file("banned.txt") + QByteArray::number(rig.e.stats.banadds), k.banned ? "Kestrel\r\n1"_ba : "0"_ba);
-        QCOMPARE(rig.e.engineRunning, k.how.contains(u'S'));
+        QCOMPARE(rig.e.engineRunning(), k.how.contains(u'S'));
     }
 };
 

@@ -332,7 +332,7 @@ private Q_SLOTS:
         QCoreApplication::exec();
         QVERIFY(waitEnded);
         QVERIFY2(took.elapsed() < 3000, "the close did not end the loops");
-        QVERIFY(!w.window.isVisible() && w.window.engine().unloaded() && !w.window.engine().engineRunning);
+        QVERIFY(!w.window.isVisible() && w.window.engine().unloaded() && !w.window.engine().engineRunning());
         QSettings ini(IniSettingsBackend::filePath(SettingsStore::ownApp), QSettings::IniFormat);
         QCOMPARE(ini.value(u"Settings/WinState"_s).toString(), u"0"_s);
         w.window.show();
