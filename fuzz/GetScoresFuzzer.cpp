@@ -55,7 +55,7 @@ struct Rig
     FakeClock clock{QDateTime(QDate(2026, 11, 22), QTime(23, 59, 59))};
     HeadlessView view;
     // ErrLog.txt is a link to /dev/null: records are written, and nothing grows.
-    ErrorLog errors{clock, view, [] { return errorFolder(); }};
+    ErrorLog errors{clock, view, [] { return errorFolder(); }, [] { throw FatalExit{}; }};
     PlayerState state;
     Stats stats;
     Settings settings;
@@ -71,7 +71,6 @@ struct Rig
 
     Rig()
     {
-        errors.setTerminate([] { throw FatalExit{}; });
         gate.serverIs(server, serverPort);
         QObject::connect(&gate, &SenderGate::notice, &gate, [this](const QString &line) {
             require(!lastNotice.isValid() || lastNotice.secsTo(clock.now()) >= SenderGate::NoticeSeconds);

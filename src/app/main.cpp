@@ -4,6 +4,7 @@
 #include "core/SettingsStore.h"
 #include "core/StopSignals.h"
 #include "ui/MainWindow.h"
+#include "ui/Prompts.h"
 #include "ui/SplashScreen.h"
 
 #include <QApplication>
@@ -63,7 +64,8 @@ int main(int argc, char **argv)
     frmSplash splash;
     splash.show();
 
-    frmMain window(clock);
+    Prompts prompts;
+    frmMain window(prompts, clock);
     Engine &engine = window.engine();
     app.engine = &engine;
     QObject::connect(&engine, &Engine::finished, &app, &QCoreApplication::quit);

@@ -16,9 +16,10 @@ Engine::Engine(Clock &clock, View &view, EngineParts parts, QObject *parent)
     , m_clock(clock)
     , m_view(view)
     , m_pane(view)
-    , m_errors(clock, view, [this] { return settings.FileLoc; })
+    , m_errors(clock, view, [this] { return settings.FileLoc; }, std::move(parts.terminate),
+               [this](const QString &line) { m_pane.append(QStringLiteral("\r\n") + line + QStringLiteral("\r\n")); })
     , m_log(clock, m_errors, settings, stats)
-    , m_store(settings, stats, clock)
+    , m_store(settings, stats, clock, std::make_unique<IniSettingsBackend>(), std::move(parts.programDirectory))
     , m_lists(settings, m_errors)
     , m_link(std::make_unique<RconLink>(*this))
     , m_queue(std::make_unique<CommandQueue>(*this))
@@ -36,10 +37,9 @@ Engine::Engine(Clock &clock, View &view, EngineParts parts, QObject *parent)
     , m_statusCommand(std::move(parts.statusCommand))
 {
     connect(&timKickcheck, &Ticker::tick, this,
-            [this] { guarded(QStringLiteral("timKickcheck_Timer"), [this] { timKickcheck_Timer(); }); });
+            [this] { m_errors.guarded(QStringLiteral("timKickcheck_Timer"), [this] { timKickcheck_Timer(); }); });
     connect(&timProgress, &Ticker::tick, this,
-            [this] { guarded(QStringLiteral("timProgress_Timer"), [this] { timProgress_Timer(); }); });
-    m_errors.setUnrecorded([this](const QString &line) { m_pane.append(QStringLiteral("\r\n") + line + QStringLiteral("\r\n")); });
+            [this] { m_errors.guarded(QStringLiteral("timProgress_Timer"), [this] { timProgress_Timer(); }); });
     // Taken-over settings: the lists of the old folder follow into the new one.
     connect(this, &Engine::listsToCopy, this, [this] { m_lists.CopyListsToNewFolder(); });
 }
@@ -51,11 +51,6 @@ QueueCommand Engine::queueCommand()
     return [this](const QString &Cmd, bool bShowT, bool bDoNow, bool bRconCmd, qint32 intPause) {
         return m_queue->AddSrvCmd(Cmd, bShowT, bDoNow, bRconCmd, intPause);
     };
-}
-
-void Engine::guarded(const QString &routine, const std::function<void()> &handler)
-{
-    m_errors.catching(QStringLiteral("Unexpected error in ") + routine, handler);
 }
 
 void Engine::Pause(double seconds)
@@ -94,7 +89,7 @@ void Engine::FirstRunCheck()
         return;
     LoadSettings(SettingsStore::previousApp);
     const QString oldFileLoc = settings.FileLoc;
-    settings.FileLoc = SettingsStore::programDirectory();
+    settings.FileLoc = m_store.programDirectory();
     saveSettings(true);
     if (oldFileLoc.compare(settings.FileLoc, Qt::CaseInsensitive) != 0)
         Q_EMIT listsToCopy();

@@ -42,6 +42,10 @@ struct EngineParts
     CheckRoutine *check = nullptr;
     // What the Status command runs instead of one status exchange.
     std::function<void()> statusCommand;
+    // How a fatal error ends the process instead of at once.
+    std::function<void()> terminate;
+    // The folder taken for the program's own (FileLoc when none is stored).
+    QString programDirectory;
 };
 
 // The engine's state and its run control: how the program comes up, the run switch,
@@ -124,10 +128,6 @@ public:
     // Waits with events running; ends at once when the window has unloaded.
     void Pause(double seconds);
     bool unloaded() const { return m_unloaded; }
-
-    // Runs an event handler that no other routine catches for: a failure is recorded
-    // and ends the program instead of passing by unrecorded.
-    void guarded(const QString &routine, const std::function<void()> &handler);
 
 Q_SIGNALS:
     // The orderly stop is done; the window closes and the process ends.

@@ -54,11 +54,12 @@ PresentError presentError()
 
 } // namespace
 
-ErrorLog::ErrorLog(Clock &clock, View &view, FileLocation fileLoc)
+ErrorLog::ErrorLog(Clock &clock, View &view, FileLocation fileLoc, Terminate terminate, Unrecorded unrecorded)
     : m_clock(clock)
     , m_view(view)
     , m_fileLoc(std::move(fileLoc))
-    , m_terminate([] { std::_Exit(1); })
+    , m_terminate(terminate ? std::move(terminate) : [] { std::_Exit(1); })
+    , m_unrecorded(std::move(unrecorded))
 {
 }
 

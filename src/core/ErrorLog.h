@@ -24,8 +24,12 @@ class ErrorLog
 public:
     using FileLocation = std::function<QString()>;
     using Terminate = std::function<void()>;
+    using Unrecorded = std::function<void(const QString &)>;
 
-    ErrorLog(Clock &clock, View &view, FileLocation fileLoc);
+    // `terminate`: how a fatal report ends the process (empty: at once, with nothing saved;
+    // tests throw FatalExit). `unrecorded`: where the operator hears of a report that returns
+    // and found ErrLog.txt unwritable (standard error has the record as well).
+    ErrorLog(Clock &clock, View &view, FileLocation fileLoc, Terminate terminate = {}, Unrecorded unrecorded = {});
 
     void ReportError(bool bFatal, const QString &AppMsg);
 
@@ -45,11 +49,12 @@ public:
         }
     }
 
-    // How a fatal report ends the process; tests put a throwing one here.
-    void setTerminate(Terminate terminate) { m_terminate = std::move(terminate); }
-    // Where the operator hears of a report that returns and found ErrLog.txt unwritable
-    // (standard error has the record as well).
-    void setUnrecorded(std::function<void(const QString &)> tell) { m_unrecorded = std::move(tell); }
+    // Runs an event handler that no other routine catches for: a failure is recorded and
+    // ends the program instead of passing by unrecorded.
+    void guarded(const QString &routine, const std::function<void()> &handler)
+    {
+        catching(QStringLiteral("Unexpected error in ") + routine, handler);
+    }
 
     static QString recordText(const QString &dateTime, int number, const QString &description,
                               const QString &source, int lastSystemError, const QString &AppMsg);
@@ -60,6 +65,6 @@ private:
     View &m_view;
     FileLocation m_fileLoc;
     Terminate m_terminate;
-    std::function<void(const QString &)> m_unrecorded;
+    Unrecorded m_unrecorded;
 };
 

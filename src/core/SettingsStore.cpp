@@ -172,12 +172,6 @@ QMap<QString, QVariant> everyValue(QSettings &settings)
     return values;
 }
 
-QString &programDirectoryOverride()
-{
-    static QString dir;
-    return dir;
-}
-
 } // namespace
 
 QString IniSettingsBackend::filePath(const QString &appName)
@@ -280,11 +274,13 @@ void IniSettingsBackend::save(const QString &appName, const QList<std::pair<QStr
     m_files.erase(appName); // the next read starts from the file as it now stands
 }
 
-SettingsStore::SettingsStore(Settings &settings, Stats &stats, Clock &clock, std::unique_ptr<SettingsBackend> backend)
+SettingsStore::SettingsStore(Settings &settings, Stats &stats, Clock &clock, std::unique_ptr<SettingsBackend> backend,
+                             QString programDirectory)
     : m_settings(settings)
     , m_stats(stats)
     , m_clock(clock)
     , m_backend(std::move(backend))
+    , m_programDirectory(std::move(programDirectory))
 {
 }
 
@@ -350,21 +346,16 @@ QString SettingsStore::readText(const QString &appName, const QString &key, cons
     return m_backend->read(appName, key, defaultValue);
 }
 
-QString SettingsStore::programDirectory()
+QString SettingsStore::programDirectory() const
 {
-    if (!programDirectoryOverride().isEmpty())
-        return programDirectoryOverride();
+    if (!m_programDirectory.isEmpty())
+        return m_programDirectory;
     const QString own = QCoreApplication::applicationDirPath();
     if (!own.isEmpty() && QFileInfo(own).isWritable())
         return QDir::toNativeSeparators(own) + QDir::separator();
     const QString data = QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) + QStringLiteral("/quorvane");
     QDir().mkpath(data);
     return QDir::toNativeSeparators(data) + QDir::separator();
-}
-
-void SettingsStore::setProgramDirectoryForTesting(const QString &dir)
-{
-    programDirectoryOverride() = dir;
 }
 
 QString SettingsStore::doubleText(double value)

@@ -56,8 +56,10 @@ public:
     static inline const QString ownApp = QStringLiteral("quorvane12");
     static inline const QString previousApp = QStringLiteral("quorvane");
 
+    // `programDirectory`: the folder programDirectory() answers; empty for the program's own.
     SettingsStore(Settings &settings, Stats &stats, Clock &clock,
-                  std::unique_ptr<SettingsBackend> backend = std::make_unique<IniSettingsBackend>());
+                  std::unique_ptr<SettingsBackend> backend = std::make_unique<IniSettingsBackend>(),
+                  QString programDirectory = QString());
 
     // Reads every key under strAppName, then settles FileLoc. The caller resets the
     // statistics and loads the lists.
@@ -71,9 +73,7 @@ public:
 
     // The program's own folder with its separator, or the per-user data folder when the
     // program's folder cannot be written (an installed binary).
-    static QString programDirectory();
-    // For tests: the folder that programDirectory() answers.
-    static void setProgramDirectoryForTesting(const QString &dir);
+    QString programDirectory() const;
 
     static QString doubleText(double value);
 
@@ -82,4 +82,5 @@ private:
     Stats &m_stats;
     Clock &m_clock;
     std::unique_ptr<SettingsBackend> m_backend;
+    QString m_programDirectory;
 };

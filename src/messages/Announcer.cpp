@@ -17,7 +17,7 @@ Announcer::Announcer(Engine &engine)
     connect(&engine, &Engine::announcementsToArm, this,
             [this](bool on) { Announce_Timer_Control(on ? QStringLiteral("ON") : QStringLiteral("OFF")); });
     connect(&timAnnounce, &Ticker::tick, this,
-            [this] { m_engine.guarded(QStringLiteral("timAnnounce_Timer"), [this] { timAnnounce_Timer(); }); });
+            [this] { m_engine.errors().guarded(QStringLiteral("timAnnounce_Timer"), [this] { timAnnounce_Timer(); }); });
 }
 
 void Announcer::Announce_Timer_Control(const QString &strMode)

@@ -20,8 +20,8 @@
 
 using Twips::place;
 
-frmAnnounce::frmAnnounce(Engine &engine, QWidget *parent)
-    : FormDialog(engine, parent, QStringLiteral("frmAnnounce"), QStringLiteral("QVN - Announcement"), 6600, 5280)
+frmAnnounce::frmAnnounce(Engine &engine, Prompts &prompts, QWidget *parent)
+    : FormDialog(engine, prompts, parent, QStringLiteral("frmAnnounce"), QStringLiteral("QVN - Announcement"), 6600, 5280)
 {
     Label2 = place<QLabel>(this, u"Label2", u"Server Messages", 120, 120, 3000, 300);
     txtAnnounce = place<QPlainTextEdit>(this, u"txtAnnounce", 120, 420, 6360, 2760);
@@ -97,7 +97,7 @@ void frmAnnounce::chkAnnounce_Click()
 
 void frmAnnounce::cmdGameCodes_Click()
 {
-    frmGameCodes codes(m_engine, this);
+    frmGameCodes codes(m_engine, m_prompts, this);
     codes.exec();
 }
 
@@ -116,6 +116,6 @@ void frmAnnounce::cmdOkay_Click()
     else if (s.intAnnouce == 0 && announcer.timAnnounce.isActive())
         announcer.Announce_Timer_Control(QStringLiteral("OFF"));
     if (s.intAnnouce == 1 && !m_engine.engineRunning())
-        Prompts::information(this, QStringLiteral("Announcements will be sent as soon as you click Start on the main screen."));
+        m_prompts.information(this, QStringLiteral("Announcements will be sent as soon as you click Start on the main screen."));
     accept();
 }

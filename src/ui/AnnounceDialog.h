@@ -16,7 +16,7 @@ class frmAnnounce : public FormDialog
 {
     Q_OBJECT
 public:
-    frmAnnounce(Engine &engine, QWidget *parent);
+    frmAnnounce(Engine &engine, Prompts &prompts, QWidget *parent);
 
 private:
     void Form_Load();

@@ -12,8 +12,8 @@
 
 using Twips::place;
 
-frmEditFile::frmEditFile(Engine &engine, QWidget *parent)
-    : FormDialog(engine, parent, QStringLiteral("frmEditFile"), QStringLiteral("QVN - "), 6240, 4920)
+frmEditFile::frmEditFile(Engine &engine, Prompts &prompts, QWidget *parent)
+    : FormDialog(engine, prompts, parent, QStringLiteral("frmEditFile"), QStringLiteral("QVN - "), 6240, 4920)
 {
     txtEdit = place<QPlainTextEdit>(this, u"txtEdit", 60, 60, 6120, 4260);
     txtEdit->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
@@ -55,7 +55,7 @@ void frmEditFile::cmdSave_Click()
         false);
     if (!saved) {
         // The old list stands whole; the operator keeps the text and can try again or cancel.
-        Prompts::information(this, QStringLiteral("Error saving changes to ") + m_fName + QStringLiteral(": ") + reason
+        m_prompts.information(this, QStringLiteral("Error saving changes to ") + m_fName + QStringLiteral(": ") + reason
                                        + QStringLiteral(". The list on disk is unchanged."));
         return;
     }
@@ -76,5 +76,5 @@ void frmEditFile::reloadTable()
             return;
         }
     }
-    Prompts::information(this, QStringLiteral("File has been saved, but Quorvane will not show changes until restarted."));
+    m_prompts.information(this, QStringLiteral("File has been saved, but Quorvane will not show changes until restarted."));
 }

@@ -12,7 +12,7 @@ class frmEditFile : public FormDialog
 {
     Q_OBJECT
 public:
-    frmEditFile(Engine &engine, QWidget *parent);
+    frmEditFile(Engine &engine, Prompts &prompts, QWidget *parent);
 
     // Load the form, call this, then show it modally: the form is empty until it has run.
     void Edit_File(const QString &fName, const QString &wTitle = QString());

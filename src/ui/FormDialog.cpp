@@ -10,10 +10,11 @@
 #include <QLabel>
 #include <QPushButton>
 
-FormDialog::FormDialog(Engine &engine, QWidget *parent, const QString &name, const QString &caption,
+FormDialog::FormDialog(Engine &engine, Prompts &prompts, QWidget *parent, const QString &name, const QString &caption,
                        int widthTwips, int heightTwips)
     : QDialog(parent, Qt::Dialog | Qt::CustomizeWindowHint | Qt::WindowTitleHint | Qt::WindowCloseButtonHint)
     , m_engine(engine)
+    , m_prompts(prompts)
 {
     setObjectName(name);
     setWindowTitle(caption);
@@ -60,7 +61,7 @@ void FormDialog::showText(QComboBox *box, const QString &text)
 
 void FormDialog::run(const QString &routine, const std::function<void()> &handler)
 {
-    m_engine.guarded(routine, handler);
+    m_engine.errors().guarded(routine, handler);
 }
 
 void FormDialog::keyPressEvent(QKeyEvent *event)

@@ -6,6 +6,7 @@
 #include <functional>
 
 class Engine;
+class Prompts;
 class QComboBox;
 
 // A dialog of fixed size with no minimise or maximise button, laid out in twips in the
@@ -15,7 +16,7 @@ class FormDialog : public QDialog
 {
     Q_OBJECT
 public:
-    FormDialog(Engine &engine, QWidget *parent, const QString &name, const QString &caption, int widthTwips,
+    FormDialog(Engine &engine, Prompts &prompts, QWidget *parent, const QString &name, const QString &caption, int widthTwips,
                int heightTwips);
 
 protected:
@@ -32,6 +33,7 @@ protected:
     void keyPressEvent(QKeyEvent *event) override;
 
     Engine &m_engine;
+    Prompts &m_prompts;
 
 private:
     QPushButton *m_cancelButton = nullptr;

@@ -50,8 +50,9 @@ Qt::WindowState qtState(int code)
 
 } // namespace
 
-frmMain::frmMain(Clock &clock, QWidget *parent)
+frmMain::frmMain(Prompts &prompts, Clock &clock, QWidget *parent)
     : QMainWindow(parent)
+    , m_prompts(prompts)
     , m_ui(std::make_unique<MainWindowLayout>(*this))
     , m_engine(std::make_unique<Engine>(clock, *this))
     , m_actions(std::make_unique<OperatorActions>(*m_engine))
@@ -76,7 +77,7 @@ frmMain::~frmMain()
 
 void frmMain::run(const QString &routine, const std::function<void()> &handler)
 {
-    m_engine->guarded(routine, handler);
+    m_engine->errors().guarded(routine, handler);
 }
 
 void frmMain::connectControls()
@@ -186,31 +187,31 @@ void frmMain::cmdSay_Click()
 // The dialogs open modally; the timers go on while they are open.
 void frmMain::mnuOther_Click()
 {
-    frmOther dialog(*m_engine, *m_actions, this);
+    frmOther dialog(*m_engine, *m_actions, m_prompts, this);
     dialog.exec();
 }
 
 void frmMain::mnuAnnounce_Click()
 {
-    frmAnnounce dialog(*m_engine, this);
+    frmAnnounce dialog(*m_engine, m_prompts, this);
     dialog.exec();
 }
 
 void frmMain::mnuTolerance_Click()
 {
-    frmTolerance dialog(*m_engine, this);
+    frmTolerance dialog(*m_engine, m_prompts, this);
     dialog.exec();
 }
 
 void frmMain::mnuSettings_Click()
 {
-    frmSettings dialog(*m_engine, this);
+    frmSettings dialog(*m_engine, m_prompts, this);
     dialog.exec();
 }
 
 void frmMain::mnuAbout_Click()
 {
-    frmAbout dialog(*m_engine, this);
+    frmAbout dialog(*m_engine, m_prompts, this);
     dialog.exec();
 }
 
@@ -494,12 +495,12 @@ void frmMain::changeEvent(QEvent *event)
 
 void frmMain::messageBox(const QString &text)
 {
-    Prompts::information(this, text);
+    m_prompts.information(this, text);
 }
 
 bool frmMain::question(const QString &text)
 {
-    return Prompts::question(this, text);
+    return m_prompts.question(this, text);
 }
 
 void frmMain::closeEvent(QCloseEvent *event)

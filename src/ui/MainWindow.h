@@ -13,6 +13,7 @@ class Engine;
 class MainWindowLayout;
 class OperatorActions;
 class PaneMirror;
+class Prompts;
 class TrayIcon;
 
 // frmMain: the program's one permanent window. It owns the engine, shows what the
@@ -24,7 +25,7 @@ public:
     // Window state codes, as WinState stores them.
     enum StateCode { stateNormal = 0, stateMinimized = 1, stateMaximized = 2 };
 
-    explicit frmMain(Clock &clock, QWidget *parent = nullptr);
+    frmMain(Prompts &prompts, Clock &clock, QWidget *parent = nullptr);
     ~frmMain() override;
 
     Engine &engine() { return *m_engine; }
@@ -86,6 +87,7 @@ private:
     void mnuSettings_Click();
     void mnuAbout_Click();
 
+    Prompts &m_prompts;
     std::unique_ptr<MainWindowLayout> m_ui;
     std::unique_ptr<Engine> m_engine;
     std::unique_ptr<OperatorActions> m_actions;

@@ -5,9 +5,6 @@
 
 #include <cstdio>
 
-QMessageBox::StandardButton Prompts::s_nextAnswer = QMessageBox::NoButton;
-QString Prompts::s_lastText;
-
 void Prompts::information(QWidget *parent, const QString &text)
 {
     ask(parent, text, QMessageBox::Ok, QMessageBox::Ok);
@@ -36,12 +33,6 @@ bool Prompts::nobodyToAsk()
 QMessageBox::StandardButton Prompts::ask(QWidget *parent, const QString &text, QMessageBox::StandardButtons buttons,
                                          QMessageBox::StandardButton defaultButton)
 {
-    s_lastText = text;
-    if (s_nextAnswer != QMessageBox::NoButton) {
-        const QMessageBox::StandardButton answer = s_nextAnswer;
-        s_nextAnswer = QMessageBox::NoButton;
-        return answer;
-    }
     if (nobodyToAsk()) {
         const QByteArray line = unattendedLine(text).toLocal8Bit() + '\n';
         std::fwrite(line.constData(), 1, static_cast<size_t>(line.size()), stderr);

@@ -8,28 +8,25 @@ class QWidget;
 
 // The program's modal boxes: title "Quorvane", one OK button or Yes and No. On a
 // platform where nobody can answer (offscreen, minimal) the text goes to stderr as
-// one line and the default is taken: OK, or No for a question.
+// one line and the default is taken: OK, or No for a question. The window and the
+// dialogs are given one; tests give one that answers in advance.
 class Prompts
 {
 public:
-    static void information(QWidget *parent, const QString &text);
-    // True for Yes.
-    static bool question(QWidget *parent, const QString &text);
+    virtual ~Prompts() = default;
 
-    // Tests answer the next box in advance; it is then neither shown nor printed.
-    static void setNextAnswer(QMessageBox::StandardButton button) { s_nextAnswer = button; }
-    // The text of the last box, shown or answered in advance; tests clear it.
-    static QString lastText() { return s_lastText; }
-    static void clearLastText() { s_lastText.clear(); }
+    void information(QWidget *parent, const QString &text);
+    // True for Yes.
+    bool question(QWidget *parent, const QString &text);
 
     // The text as it goes to stderr: "Quorvane: " and the text on one line.
     static QString unattendedLine(const QString &text);
 
-private:
-    static QMessageBox::StandardButton ask(QWidget *parent, const QString &text, QMessageBox::StandardButtons buttons,
-                                           QMessageBox::StandardButton defaultButton);
-    static bool nobodyToAsk();
+protected:
+    // Shows the box and answers what was pressed.
+    virtual QMessageBox::StandardButton ask(QWidget *parent, const QString &text, QMessageBox::StandardButtons buttons,
+                                            QMessageBox::StandardButton defaultButton);
 
-    static QMessageBox::StandardButton s_nextAnswer;
-    static QString s_lastText;
+private:
+    static bool nobodyToAsk();
 };

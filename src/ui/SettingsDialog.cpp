@@ -24,8 +24,8 @@
 
 using Twips::place;
 
-frmSettings::frmSettings(Engine &engine, QWidget *parent)
-    : FormDialog(engine, parent, QStringLiteral("frmSettings"), QStringLiteral("Settings"), 8160, 4200)
+frmSettings::frmSettings(Engine &engine, Prompts &prompts, QWidget *parent)
+    : FormDialog(engine, prompts, parent, QStringLiteral("frmSettings"), QStringLiteral("Settings"), 8160, 4200)
 {
     Frame1 = place<QGroupBox>(this, u"Frame1", 120, 120, 3840, 1470);
     Frame1->setTitle(QStringLiteral("Logging"));
@@ -113,14 +113,14 @@ bool frmSettings::entriesFit()
 {
     const QString port = txtLocalPort->text();
     if (Text::isNumeric(port) && !Entries::whole(port, Entries::int16Min, Entries::portMax)) {
-        Prompts::information(this, Entries::mustBe(QStringLiteral("The local port"), Entries::int16Min,
+        m_prompts.information(this, Entries::mustBe(QStringLiteral("The local port"), Entries::int16Min,
                                                    Entries::portMax));
         txtLocalPort->setFocus();
         return false;
     }
     const QString delay = txtCommandDelay->text();
     if (Text::isNumeric(delay) && !std::isfinite(Text::trimBlanks(delay).toDouble())) {
-        Prompts::information(this, QStringLiteral("The command delay is too large."));
+        m_prompts.information(this, QStringLiteral("The command delay is too large."));
         txtCommandDelay->setFocus();
         return false;
     }
@@ -136,11 +136,11 @@ void frmSettings::cmdOK_Click()
     s.LogBrief = optBrief->isChecked();
     const QString chosen = chosenDirectory();
     if (chosen != s.FileLoc) {
-        if (Prompts::question(this, QStringLiteral("Are you sure you want to change the directory to ") + chosen
+        if (m_prompts.question(this, QStringLiteral("Are you sure you want to change the directory to ") + chosen
                                         + u'?'))
             s.FileLoc = chosen;
         else
-            Prompts::information(this, QStringLiteral("The directory (") + s.FileLoc
+            m_prompts.information(this, QStringLiteral("The directory (") + s.FileLoc
                                            + QStringLiteral(") was not changed."));
     }
     ActivityLog &log = m_engine.log();

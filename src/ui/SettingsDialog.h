@@ -19,7 +19,7 @@ class frmSettings : public FormDialog
 {
     Q_OBJECT
 public:
-    frmSettings(Engine &engine, QWidget *parent);
+    frmSettings(Engine &engine, Prompts &prompts, QWidget *parent);
 
 private:
     void Form_Load();

@@ -41,8 +41,8 @@ const QString frmTolerance::forceKickHelp = QStringLiteral(
     "check the player list for banned names, force kick sends a kick command to the server whether the player is in "
     "the server's list or not.");
 
-frmTolerance::frmTolerance(Engine &engine, QWidget *parent)
-    : FormDialog(engine, parent, QStringLiteral("frmTolerance"), QStringLiteral("QVN - Tolerances"), 9600, 7950)
+frmTolerance::frmTolerance(Engine &engine, Prompts &prompts, QWidget *parent)
+    : FormDialog(engine, prompts, parent, QStringLiteral("frmTolerance"), QStringLiteral("QVN - Tolerances"), 9600, 7950)
 {
     buildPatrol();
     buildPolice();
@@ -269,18 +269,18 @@ void frmTolerance::txtScanInt_Validate()
     const std::optional<qint32> ms = Entries::secondsAsMs(txtScanInt->text());
     if (ms && *ms >= 5000 && *ms <= 60000)
         return;
-    Prompts::information(this, QStringLiteral("The range for scanning is 5 to 60 seconds."));
+    m_prompts.information(this, QStringLiteral("The range for scanning is 5 to 60 seconds."));
     txtScanInt->setText(QStringLiteral("5"));
 }
 
 void frmTolerance::cmdForceKickHelp_Click()
 {
-    Prompts::information(this, forceKickHelp);
+    m_prompts.information(this, forceKickHelp);
 }
 
 void frmTolerance::editList(const QString &fName, const QString &wTitle)
 {
-    frmEditFile editor(m_engine, this);
+    frmEditFile editor(m_engine, m_prompts, this);
     editor.Edit_File(fName, wTitle);
     editor.exec();
 }
@@ -310,14 +310,14 @@ bool frmTolerance::entriesFit()
     for (const Entry &e : entries) {
         if (whole(e.text, e.min, e.max))
             continue;
-        Prompts::information(this, mustBe(e.what, e.min, e.max));
+        m_prompts.information(this, mustBe(e.what, e.min, e.max));
         e.box->setFocus();
         return false;
     }
     // Text that is no number, or a negative one, waits 0 seconds; only a number too large is refused.
     const QString pause = txtTellPause->text();
     if (Text::isNumeric(pause) && !Text::trimBlanks(pause).startsWith(u'-') && !whole(pause, int16Min, int16Max)) {
-        Prompts::information(this, mustBe(QStringLiteral("The wait before kicking"), 0, int16Max));
+        m_prompts.information(this, mustBe(QStringLiteral("The wait before kicking"), 0, int16Max));
         txtTellPause->setFocus();
         return false;
     }
@@ -362,7 +362,7 @@ void frmTolerance::cmdOkay_Click()
     if (checkInt && *checkInt >= 5000 && *checkInt <= 60000) {
         s.CheckInt = *checkInt;
     } else {
-        Prompts::information(this, QStringLiteral("The timer's range is 5 to 60 seconds. Resetting to 30 seconds."));
+        m_prompts.information(this, QStringLiteral("The timer's range is 5 to 60 seconds. Resetting to 30 seconds."));
         s.CheckInt = 30000;
     }
     m_engine.timKickcheck.setInterval(s.CheckInt);

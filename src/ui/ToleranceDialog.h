@@ -16,7 +16,7 @@ class frmTolerance : public FormDialog
 {
     Q_OBJECT
 public:
-    frmTolerance(Engine &engine, QWidget *parent);
+    frmTolerance(Engine &engine, Prompts &prompts, QWidget *parent);
 
     static const QString forceKickHelp;
 

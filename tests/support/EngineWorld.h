@@ -55,11 +55,9 @@ struct EngineWorld
 {
     explicit EngineWorld(double clockSpeed = 0, CheckRoutine *check = nullptr, std::function<void()> statusCommand = {})
         : clock(FakeClock::firstMoment(), clockSpeed)
-        , engine(clock, view, parts(check, std::move(statusCommand)))
+        , engine(clock, view, parts(env.workDir(), check, std::move(statusCommand)))
     {
-        SettingsStore::setProgramDirectoryForTesting(env.workDir());
         engine.settings.FileLoc = env.workDir();
-        engine.errors().setTerminate([] { throw FatalExit{QStringLiteral("fatal")}; });
         view.fields[View::Field::txtHost] = QStringLiteral("127.0.0.1");
     }
 
@@ -78,11 +76,13 @@ struct EngineWorld
     QByteArray file(const QString &name) const { return TestEnv::readFile(env.workDir() + name); }
     void whileDraining(const std::function<void()> &act) { ::whileDraining(engine, clock, act); }
 
-    static EngineParts parts(CheckRoutine *check, std::function<void()> statusCommand)
+    static EngineParts parts(const QString &programDirectory, CheckRoutine *check, std::function<void()> statusCommand)
     {
         EngineParts p;
         p.check = check;
         p.statusCommand = std::move(statusCommand);
+        p.terminate = [] { throw FatalExit{QStringLiteral("fatal")}; };
+        p.programDirectory = programDirectory;
         return p;
     }
 

@@ -3,13 +3,15 @@
 
 #include "DialogDriver.h"
 #include "FakeClock.h"
+#include "ScriptedPrompts.h"
 #include "TestEnv.h"
 #include "core/Engine.h"
 #include "ui/MainWindow.h"
 
 #include <QTest>
 
-// The main window with its engine on a fake clock, in a private folder, shown.
+// The main window with its engine on a fake clock, in a private folder, shown; its boxes
+// can be answered in advance.
 struct WindowWorld
 {
     explicit WindowWorld(double clockSpeed = 0)
@@ -30,5 +32,6 @@ struct WindowWorld
 
     TestEnv env;
     FakeClock clock;
-    frmMain window{clock};
+    ScriptedPrompts prompts;
+    frmMain window{prompts, clock};
 };

@@ -10,7 +10,6 @@
 #include "ui/EditFileDialog.h"
 #include "ui/GameCodesDialog.h"
 #include "ui/OtherCommandDialog.h"
-#include "ui/Prompts.h"
 #include "ui/SettingsDialog.h"
 #include "ui/ToleranceDialog.h"
 
@@ -293,7 +292,7 @@ private Q_SLOTS:
         const QString path = w.env.workDir() + u"immuneIP.txt"_s;
         TestEnv::writeFile(path, "1.2.3.4\r\n"_ba);
         Boxes boxes;
-        frmEditFile editor(w.window.engine(), &w.window);
+        frmEditFile editor(w.window.engine(), w.prompts, &w.window);
         editor.Edit_File(u"immuneIP.txt"_s, u"Editing Immune IPs"_s);
         QVERIFY(whileOpen<frmEditFile>([&] { editor.exec(); }, [&](frmEditFile &d) {
             type(control(d, u"txtEdit"_s), QString(1500, u'9'));
@@ -473,7 +472,7 @@ private Q_SLOTS:
         Rig rig;
         rig.w.settings().Ban = k.how.contains(u'B'), rig.w.settings().CheckInt = 60000;
         rig.w.settings().BanFor = 10; // no kick reason of the typed command would ban by itself
-        Prompts::clearLastText();
+        rig.w.prompts.clearLastText();
         if (k.how.contains(u'S'))
             rig.trigger(u"cmdStart"_s); // stopped while the dialog stands, started again after it
         QVERIFY(whileOpen<frmOther>([&] { rig.trigger(u"mnuOther"_s); }, [&](frmOther &d) {
@@ -481,7 +480,7 @@ private Q_SLOTS:
             auto *box = control<QLineEdit>(d, u"txtCommand"_s);
             box->setFocus();
             QTest::keyClicks(box, k.typed);
-            Prompts::setNextAnswer(k.how.contains(u'Y') ? QMessageBox::Yes : k.how.contains(u'D') ? QMessageBox::Ok : QMessageBox::No);
+            rig.w.prompts.setNextAnswer(k.how.contains(u'Y') ? QMessageBox::Yes : k.how.contains(u'D') ? QMessageBox::Ok : QMessageBox::No);
             const auto send = [&] {
                 if (k.how.contains(u'E')) {
                     QTest::keyPress(box, Qt::Key_Return);
@@ -497,11 +496,11 @@ private Q_SLOTS:
                 send();
             QVERIFY(!d.isVisible());
         }));
-        Prompts::setNextAnswer(QMessageBox::NoButton);
+        rig.w.prompts.setNextAnswer(QMessageBox::NoButton);
         Wire wire = rig.wire();
         wire.removeAll("status"); // the start's and the restart's own
         QCOMPARE(wire, k.sent.isEmpty() ? Wire{} : Wire{k.sent});
-        QCOMPARE(Prompts::lastText(), k.box);
+        QCOMPARE(rig.w.prompts.lastText(), k.box);
         QCOMPARE(rig.file("banned.txt") + QByteArray::number(rig.e.stats.banadds), k.banned ? "Kestrel\r\n1"_ba : "0"_ba);
         QCOMPARE(rig.e.engineRunning(), k.how.contains(u'S'));
     }

@@ -4,7 +4,6 @@
 #include "StderrCapture.h"
 #include "WindowWorld.h"
 #include "core/SettingsStore.h"
-#include "ui/Prompts.h"
 #include "ui/TrayIcon.h"
 
 #include <QAction>
@@ -278,10 +277,10 @@ private Q_SLOTS:
             dialog.show();
             StderrCapture err;
             Q_EMIT w.window.sysTray().activated();
-            Prompts::information(nullptr, u"Stops.\r\n\r\nError[10048]"_s);
-            QVERIFY(!Prompts::question(nullptr, u"Copy settings?"_s));
-            Prompts::setNextAnswer(QMessageBox::Yes);
-            QVERIFY(Prompts::question(nullptr, u"Ban him?"_s)); // answered in advance: no line
+            w.prompts.information(nullptr, u"Stops.\r\n\r\nError[10048]"_s);
+            QVERIFY(!w.prompts.question(nullptr, u"Copy settings?"_s));
+            w.prompts.setNextAnswer(QMessageBox::Yes);
+            QVERIFY(w.prompts.question(nullptr, u"Ban him?"_s)); // answered in advance: no line
             QCOMPARE(err.text(), "Quorvane: Please return to the main window before minimizing\n"
                                  "Quorvane: Stops.  Error[10048]\nQuorvane: Copy settings?\n"_ba);
             QCOMPARE(w.window.windowState(), 2);

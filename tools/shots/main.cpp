@@ -8,6 +8,7 @@
 #include "ui/EditFileDialog.h"
 #include "ui/GameCodesDialog.h"
 #include "ui/MainWindow.h"
+#include "ui/Prompts.h"
 #include "ui/SettingsDialog.h"
 #include "ui/ToleranceDialog.h"
 
@@ -48,24 +49,25 @@ int main(int argc, char **argv)
     messages.close();
 
     SystemClock clock;
-    frmMain window(clock);
+    Prompts prompts;
+    frmMain window(prompts, clock);
     Engine &engine = window.engine();
     engine.settings.FileLoc = work;
     engine.settings.WarnTxt = QStringLiteral("I am watching you %name%.");
 
-    frmTolerance tolerance(engine, &window);
+    frmTolerance tolerance(engine, prompts, &window);
     shoot(tolerance, out + QStringLiteral("/tolerances.png"));
     engine.settings.intAnnouce = 1;
     engine.settings.lngAnnounce = 5;
-    frmAnnounce announce(engine, &window);
+    frmAnnounce announce(engine, prompts, &window);
     shoot(announce, out + QStringLiteral("/announcement.png"));
-    frmSettings settings(engine, &window);
+    frmSettings settings(engine, prompts, &window);
     shoot(settings, out + QStringLiteral("/settings.png"));
-    frmAbout about(engine, &window);
+    frmAbout about(engine, prompts, &window);
     shoot(about, out + QStringLiteral("/about.png"));
-    frmGameCodes codes(engine, &window);
+    frmGameCodes codes(engine, prompts, &window);
     shoot(codes, out + QStringLiteral("/game-codes.png"));
-    frmEditFile editor(engine, &window);
+    frmEditFile editor(engine, prompts, &window);
     editor.Edit_File(QStringLiteral("banned.txt"), QStringLiteral("Editing Banned Names"));
     shoot(editor, out + QStringLiteral("/list-editor.png"));
     return 0;
