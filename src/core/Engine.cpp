@@ -6,8 +6,6 @@
 #include "core/Text.h"
 #include "core/View.h"
 #include "core/Waits.h"
-#include "link/CommandQueue.h"
-#include "link/RconLink.h"
 
 Engine::Engine(Clock &clock, View &view, EngineParts parts, QObject *parent)
     : QObject(parent)
@@ -21,8 +19,9 @@ Engine::Engine(Clock &clock, View &view, EngineParts parts, QObject *parent)
     , m_log(clock, m_errors, settings, stats)
     , m_store(settings, stats, clock, std::make_unique<IniSettingsBackend>(), std::move(parts.programDirectory))
     , m_lists(settings, m_errors)
-    , m_link(std::make_unique<RconLink>(*this))
-    , m_queue(std::make_unique<CommandQueue>(*this))
+    , m_link(clock, view, settings, m_pane, m_log, m_errors, *this,
+             [this] { return m_check.checkRunning() || m_queue.queueDraining(); })
+    , m_queue(m_link, view, settings, m_pane, m_log, m_errors, *this)
     , m_parser(m_players, stats, clock, m_errors)
     , m_merge(m_players, stats, m_errors)
     , m_grid(m_players, stats, settings, view)
@@ -49,11 +48,11 @@ Engine::~Engine() = default;
 QueueCommand Engine::queueCommand()
 {
     return [this](const QString &Cmd, bool bShowT, bool bDoNow, bool bRconCmd, qint32 intPause) {
-        return m_queue->AddSrvCmd(Cmd, bShowT, bDoNow, bRconCmd, intPause);
+        return m_queue.AddSrvCmd(Cmd, bShowT, bDoNow, bRconCmd, intPause);
     };
 }
 
-void Engine::Pause(double seconds)
+void Engine::Pause(double seconds) const
 {
     ::Pause(m_clock, seconds, &m_waits);
 }
@@ -108,8 +107,8 @@ void Engine::Form_Load(const QString &commandLine)
         settings.WinState = m_view.windowState();
         if (settings.LocalPort < 0 || settings.LocalPort > 65535)
             throw RuntimeError(RuntimeError::Overflow, QStringLiteral("Overflow"));
-        m_link->bind(static_cast<quint16>(settings.LocalPort));
-        m_queue->reset(); // waitingForServer False, srvqueueTop -1
+        m_link.bind(static_cast<quint16>(settings.LocalPort));
+        m_queue.reset(); // waitingForServer False, srvqueueTop -1
         m_engineRunning = false;
         m_view.setSettingsTicked(settings.SaveSettings);
         m_view.setTrayTicked(settings.SysTray);
@@ -120,7 +119,7 @@ void Engine::Form_Load(const QString &commandLine)
         timKickcheck.stop();
         timProgress.setInterval(1000);
         timProgress.stop();
-        m_link->forgetAnswer();
+        m_link.forgetAnswer();
         Q_EMIT announcementsToArm(settings.intAnnouce == 1);
         m_log.resetLogOpen();
         if (settings.SaveLog) {
@@ -242,11 +241,11 @@ void Engine::Form_Unload()
         cmdStart_Click();
         Pause(1.0);
     }
-    if (!m_link->isClosed())
-        m_link->close();
+    if (!m_link.isClosed())
+        m_link.close();
     settings.WinState = m_view.windowState();
     saveSettings(settings.SaveSettings);
-    m_link->gate().tellNow();
+    m_link.gate().tellNow();
     if (m_log.logOpen()) {
         m_log.WriteLog(QStringLiteral("Shutting down and closing log."));
         m_log.CloseLog();

@@ -4,6 +4,7 @@
 #include "core/ActivityLog.h"
 #include "core/ErrorLog.h"
 #include "core/OutputPane.h"
+#include "core/RunControl.h"
 #include "core/Settings.h"
 #include "core/SettingsStore.h"
 #include "core/Stats.h"
@@ -13,6 +14,8 @@
 #include "enforcement/CheckCycle.h"
 #include "enforcement/KickAction.h"
 #include "enforcement/PolicyContext.h"
+#include "link/CommandQueue.h"
+#include "link/RconLink.h"
 #include "messages/Announcer.h"
 #include "messages/ListFiles.h"
 #include "messages/Variables.h"
@@ -31,8 +34,6 @@
 class CheckRoutine;
 class Clock;
 class View;
-class RconLink;
-class CommandQueue;
 
 // What the engine is built with besides the clock and the view. The program leaves them
 // as they are; a test hands in its own.
@@ -54,7 +55,7 @@ struct EngineParts
 // called it. Each flag sits with the one routine that sets it and is read elsewhere
 // only: engineRunning here, checkRunning with the check routine, waitingForServer and
 // queueDraining with the queue, serverAnswered with the link, logOpen with the log.
-class Engine : public QObject
+class Engine : public QObject, public RunControl
 {
     Q_OBJECT
 public:
@@ -67,8 +68,8 @@ public:
     ActivityLog &log() { return m_log; }
     ErrorLog &errors() { return m_errors; }
     SettingsStore &store() { return m_store; }
-    RconLink &link() { return *m_link; }
-    CommandQueue &queue() { return *m_queue; }
+    RconLink &link() { return m_link; }
+    CommandQueue &queue() { return m_queue; }
     PlayerState &players() { return m_players; }
     StatusParser &parser() { return m_parser; }
     PlayerMerge &merge() { return m_merge; }
@@ -99,7 +100,7 @@ public:
     Stats stats;
 
     // Start has been pressed and Stop has not. Only the run switch sets it.
-    bool engineRunning() const { return m_engineRunning; }
+    bool engineRunning() const override { return m_engineRunning; }
     // A check is under way, as the check routine in use says.
     bool checkRunning() const;
 
@@ -112,7 +113,7 @@ public:
     void LoadSettings(const QString &strAppName);
 
     void Form_Load(const QString &commandLine);
-    void cmdStart_Click();
+    void cmdStart_Click() override;
     void timKickcheck_Timer();
     void timProgress_Timer();
     void SetCommandControls(int intEnable);
@@ -126,8 +127,8 @@ public:
     void TkCheck();
 
     // Waits with events running; ends at once when the window has unloaded.
-    void Pause(double seconds);
-    bool unloaded() const { return m_unloaded; }
+    void Pause(double seconds) const override;
+    bool unloaded() const override { return m_unloaded; }
 
 Q_SIGNALS:
     // The orderly stop is done; the window closes and the process ends.
@@ -150,8 +151,8 @@ private:
     ActivityLog m_log;
     SettingsStore m_store;
     ListFiles m_lists;
-    std::unique_ptr<RconLink> m_link;
-    std::unique_ptr<CommandQueue> m_queue;
+    RconLink m_link;
+    CommandQueue m_queue;
     PlayerState m_players;
     StatusParser m_parser;
     PlayerMerge m_merge;

@@ -1,16 +1,27 @@
 // SPDX-License-Identifier: MIT
 #include "link/CommandQueue.h"
 
-#include "core/Engine.h"
+#include "core/ActivityLog.h"
+#include "core/ErrorLog.h"
+#include "core/OutputPane.h"
+#include "core/RunControl.h"
 #include "core/RuntimeError.h"
+#include "core/Settings.h"
 #include "core/View.h"
 #include "link/RconLink.h"
 
-CommandQueue::CommandQueue(Engine &engine)
-    : m_engine(engine)
+CommandQueue::CommandQueue(RconLink &link, View &view, const Settings &settings, OutputPane &pane, ActivityLog &log,
+                           ErrorLog &errors, const RunControl &run)
+    : m_link(link)
+    , m_view(view)
+    , m_settings(settings)
+    , m_pane(pane)
+    , m_log(log)
+    , m_errors(errors)
+    , m_run(run)
 {
     // Whatever the server sends ends the wait for it.
-    connect(&engine.link(), &RconLink::replyArrived, this, [this] { m_waitingForServer = false; });
+    connect(&link, &RconLink::replyArrived, this, [this] { m_waitingForServer = false; });
 }
 
 void CommandQueue::reset()
@@ -22,7 +33,7 @@ void CommandQueue::reset()
 bool CommandQueue::AddSrvCmd(const QString &Cmd, bool bShowT, bool bDoNow, bool bRconCmd, qint32 intPause)
 {
     bool added = false;
-    m_engine.errors().catching(QStringLiteral("Error adding to srvqueue (AddSrvCmd)"), [&] {
+    m_errors.catching(QStringLiteral("Error adding to srvqueue (AddSrvCmd)"), [&] {
         if (m_queueDraining)
             return;
         if (m_srvqueueTop + 1 >= Size)
@@ -38,15 +49,14 @@ bool CommandQueue::AddSrvCmd(const QString &Cmd, bool bShowT, bool bDoNow, bool 
 
 void CommandQueue::setQueueControls(bool enabled)
 {
-    View &view = m_engine.view();
-    view.setEnabled(View::Control::cmdStatus, enabled);
-    view.setEnabled(View::Control::cmdOther, enabled);
-    view.setEnabled(View::Control::cmdServerInfo, enabled);
+    m_view.setEnabled(View::Control::cmdStatus, enabled);
+    m_view.setEnabled(View::Control::cmdOther, enabled);
+    m_view.setEnabled(View::Control::cmdServerInfo, enabled);
 }
 
 void CommandQueue::SendCommands()
 {
-    m_engine.errors().catching(QStringLiteral("Error processing srvqueue (SendCommands)"), [&] {
+    m_errors.catching(QStringLiteral("Error processing srvqueue (SendCommands)"), [&] {
         // A drain entered from inside another (a force-kick's direct call from a cycle that
         // started during a drain) would send the entries twice and empty the queue under the
         // outer loop. The outer drain sends everything once; the inner call has nothing to do.
@@ -58,21 +68,20 @@ void CommandQueue::SendCommands()
 
 void CommandQueue::drain()
 {
-    Engine &e = m_engine;
     setQueueControls(false);
     m_queueDraining = true;
-    e.Pause(1.0);
-    for (qint32 index = 0; index <= m_srvqueueTop && !e.unloaded(); ++index) {
+    m_run.Pause(1.0);
+    for (qint32 index = 0; index <= m_srvqueueTop && !m_run.unloaded(); ++index) {
         const SrvCmd &cmd = m_srvqueue[static_cast<size_t>(index)];
         m_waitingForServer = true;
-        e.link().UDPClient_SendMessage(cmd.Cmd, cmd.bShowT, cmd.bRconCmd);
-        e.Pause(e.settings.CommandDelay);
+        m_link.UDPClient_SendMessage(cmd.Cmd, cmd.bShowT, cmd.bRconCmd);
+        m_run.Pause(m_settings.CommandDelay);
         if (cmd.intPause > 0)
-            e.Pause(cmd.intPause);
-        if (m_waitingForServer && !e.unloaded()) {
-            e.pane().append(QStringLiteral("Warning: SendCommands timed out.\r\n"));
-            if (e.settings.SaveLog)
-                e.log().WriteLog(QStringLiteral("Error: SendCommands timed out waiting for response. Couldn't send ")
+            m_run.Pause(cmd.intPause);
+        if (m_waitingForServer && !m_run.unloaded()) {
+            m_pane.append(QStringLiteral("Warning: SendCommands timed out.\r\n"));
+            if (m_settings.SaveLog)
+                m_log.WriteLog(QStringLiteral("Error: SendCommands timed out waiting for response. Couldn't send ")
                                  + cmd.Cmd);
         }
         m_waitingForServer = false;

@@ -6,7 +6,13 @@
 
 #include <array>
 
-class Engine;
+class ActivityLog;
+class ErrorLog;
+class OutputPane;
+class RconLink;
+class RunControl;
+class View;
+struct Settings;
 
 // One entry of srvqueue.
 struct SrvCmd
@@ -26,7 +32,9 @@ class CommandQueue : public QObject
 public:
     static constexpr int Size = 2049; // indexes 0 to 2048
 
-    explicit CommandQueue(Engine &engine);
+    // `view`: the three command controls that are off while the queue drains.
+    CommandQueue(RconLink &link, View &view, const Settings &settings, OutputPane &pane, ActivityLog &log,
+                 ErrorLog &errors, const RunControl &run);
 
     bool AddSrvCmd(const QString &Cmd, bool bShowT = false, bool bDoNow = false, bool bRconCmd = false,
                    qint32 intPause = 0);
@@ -44,7 +52,13 @@ private:
     void drain();
     void setQueueControls(bool enabled);
 
-    Engine &m_engine;
+    RconLink &m_link;
+    View &m_view;
+    const Settings &m_settings;
+    OutputPane &m_pane;
+    ActivityLog &m_log;
+    ErrorLog &m_errors;
+    const RunControl &m_run;
     std::array<SrvCmd, Size> m_srvqueue{};
     qint32 m_srvqueueTop = -1;
     bool m_waitingForServer = false;

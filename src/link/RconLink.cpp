@@ -1,12 +1,15 @@
 // SPDX-License-Identifier: MIT
 #include "link/RconLink.h"
 
+#include "core/ActivityLog.h"
 #include "core/Clock.h"
-#include "core/Engine.h"
+#include "core/ErrorLog.h"
+#include "core/OutputPane.h"
+#include "core/RunControl.h"
 #include "core/RuntimeError.h"
+#include "core/Settings.h"
 #include "core/Text.h"
 #include "core/View.h"
-#include "link/CommandQueue.h"
 #include "link/RconCodec.h"
 
 #include <QHostInfo>
@@ -28,19 +31,25 @@ const QString readWords = QStringLiteral("Error reading UDP (UDPClient_DataArriv
 
 } // namespace
 
-RconLink::RconLink(Engine &engine)
-    : m_engine(engine)
+RconLink::RconLink(Clock &clock, View &view, const Settings &settings, OutputPane &pane, ActivityLog &log,
+                   ErrorLog &errors, const RunControl &run, std::function<bool()> busy)
+    : m_clock(clock)
+    , m_view(view)
+    , m_settings(settings)
+    , m_pane(pane)
+    , m_log(log)
+    , m_errors(errors)
+    , m_run(run)
     , m_socket(new QUdpSocket(this))
-    , m_gate(engine.clock(), [&engine] { return engine.checkRunning() || engine.queue().queueDraining(); })
+    , m_gate(clock, std::move(busy))
 {
     connect(m_socket, &QUdpSocket::readyRead, this, &RconLink::readPending);
     connect(&m_gate, &SenderGate::notice, this, [this](const QString &line) {
-        Engine &e = m_engine;
-        if (e.unloaded())
+        if (m_run.unloaded())
             return;
-        e.pane().append(QStringLiteral("\r\n") + line + QStringLiteral("\r\n"));
-        if (e.settings.SaveLog)
-            e.log().WriteLog(line);
+        m_pane.append(QStringLiteral("\r\n") + line + QStringLiteral("\r\n"));
+        if (m_settings.SaveLog)
+            m_log.WriteLog(line);
     });
 }
 
@@ -90,21 +99,20 @@ QHostAddress RconLink::resolve(const QString &host)
 
 void RconLink::sendStep(int step, Outgoing &out)
 {
-    Engine &e = m_engine;
     switch (step) {
     case 1: {
         // The destination is read afresh from the window at every send.
-        out.host = Text::trimBlanks(e.view().fieldText(View::Field::txtHost));
-        const qint32 port = Text::toInt32(e.view().fieldText(View::Field::txtPort));
+        out.host = Text::trimBlanks(m_view.fieldText(View::Field::txtHost));
+        const qint32 port = Text::toInt32(m_view.fieldText(View::Field::txtPort));
         out.port = (port > 0 && port <= 65535) ? static_cast<quint16>(port) : 0;
-        out.password = Text::trimBlanks(e.view().fieldText(View::Field::txtPwd));
+        out.password = Text::trimBlanks(m_view.fieldText(View::Field::txtPwd));
         break;
     }
     case 2:
         out.datagram = RconCodec::frame(out.Cmd, out.password, out.bRconCmd);
         break;
     case 3:
-        out.echo = RconCodec::echo(Text::timeText(e.clock().timeNow()), out.Cmd);
+        out.echo = RconCodec::echo(Text::timeText(m_clock.timeNow()), out.Cmd);
         break;
     case 4: {
         const QHostAddress to = resolve(out.host);
@@ -118,22 +126,22 @@ void RconLink::sendStep(int step, Outgoing &out)
         break;
     }
     case 5:
-        ResponseTimeStart = e.clock().secondsSinceMidnight();
+        ResponseTimeStart = m_clock.secondsSinceMidnight();
         break;
     case 6:
         if (out.bShowText)
-            e.pane().append(QStringLiteral("\r\n") + out.echo);
+            m_pane.append(QStringLiteral("\r\n") + out.echo);
         break;
     case 7:
-        if (e.settings.SaveLog)
-            e.log().WriteLog(e.settings.LogBrief ? out.Cmd : out.echo, false);
+        if (m_settings.SaveLog)
+            m_log.WriteLog(m_settings.LogBrief ? out.Cmd : out.echo, false);
         break;
     }
 }
 
 void RconLink::UDPClient_SendMessage(const QString &Cmd, bool bShowText, bool bRconCmd)
 {
-    if (m_engine.unloaded())
+    if (m_run.unloaded())
         return; // socket and log are closed: a cycle still unwinding sends nothing
     Outgoing out;
     out.Cmd = Cmd;
@@ -149,10 +157,10 @@ void RconLink::UDPClient_SendMessage(const QString &Cmd, bool bShowText, bool bR
         } catch (const RuntimeError &error) {
             // A datagram the network refused is recorded, and the routine goes on.
             const bool fatal = error.number() != RuntimeError::SendFailed;
-            m_engine.errors().ReportError(fatal, sendWords);
+            m_errors.ReportError(fatal, sendWords);
             ++step;
         } catch (...) {
-            m_engine.errors().ReportError(true, sendWords);
+            m_errors.ReportError(true, sendWords);
             ++step;
         }
     }
@@ -168,16 +176,15 @@ void RconLink::readPending()
 
 void RconLink::UDPClient_DataArrival(qint64 intBytes)
 {
-    Engine &e = m_engine;
-    e.errors().catching(readWords, [&] {
+    m_errors.catching(readWords, [&] {
         QHostAddress sender;
         quint16 senderPort = 0;
         m_datagram.resize(std::max<qint64>(intBytes, 0));
         const qint64 got = m_socket->readDatagram(m_datagram.data(), m_datagram.size(), &sender, &senderPort);
-        if (e.unloaded())
+        if (m_run.unloaded())
             return;
         // Only the server is heard: anyone else's datagram is counted and goes no further.
-        if (e.settings.ServerOnly && !m_gate.fromServer(sender, senderPort)) {
+        if (m_settings.ServerOnly && !m_gate.fromServer(sender, senderPort)) {
             m_gate.dropped(sender, senderPort);
             return;
         }
@@ -185,16 +192,16 @@ void RconLink::UDPClient_DataArrival(qint64 intBytes)
         const QString text = RconCodec::arrivalText(bytes);
         m_serverAnswered = intBytes >= 2;
         if (m_serverAnswered) {
-            double elapsed = e.clock().secondsSinceMidnight() - ResponseTimeStart;
+            double elapsed = m_clock.secondsSinceMidnight() - ResponseTimeStart;
             if (elapsed < 0)
                 elapsed += 86400; // the send was before midnight
-            e.view().setLabel(View::Label::lblResponseTime,
+            m_view.setLabel(View::Label::lblResponseTime,
                               QString::number(std::llround(elapsed * 1000)) + QStringLiteral(" ms"));
         }
-        e.pane().appendReply(text);
-        if (e.settings.logVerbose())
-            e.log().WriteLog(text, false);
-        e.pane().cursorToEnd();
+        m_pane.appendReply(text);
+        if (m_settings.logVerbose())
+            m_log.WriteLog(text, false);
+        m_pane.cursorToEnd();
         Q_EMIT replyArrived();
     });
 }

@@ -8,8 +8,16 @@
 #include <QObject>
 #include <QString>
 
-class Engine;
+#include <functional>
+
+class ActivityLog;
+class Clock;
+class ErrorLog;
+class OutputPane;
 class QUdpSocket;
+class RunControl;
+class View;
+struct Settings;
 
 // UDPClient: the one datagram socket, bound once to LocalPort for the whole run. A send
 // frames one command into one datagram; an arrival from the server (every arrival, with
@@ -19,7 +27,10 @@ class RconLink : public QObject
 {
     Q_OBJECT
 public:
-    explicit RconLink(Engine &engine);
+    // The destination and the password are read from `view` at every send. `busy`: an
+    // exchange is under way, so the line about strangers waits.
+    RconLink(Clock &clock, View &view, const Settings &settings, OutputPane &pane, ActivityLog &log, ErrorLog &errors,
+             const RunControl &run, std::function<bool()> busy);
     ~RconLink() override;
 
     // Raises RuntimeError with the socket's own number and words when the port is taken.
@@ -59,7 +70,13 @@ private:
     void readPending();
     QHostAddress resolve(const QString &host);
 
-    Engine &m_engine;
+    Clock &m_clock;
+    View &m_view;
+    const Settings &m_settings;
+    OutputPane &m_pane;
+    ActivityLog &m_log;
+    ErrorLog &m_errors;
+    const RunControl &m_run;
     QUdpSocket *m_socket;
     SenderGate m_gate;
     QByteArray m_datagram; // reused, so that a datagram dropped costs no allocation
