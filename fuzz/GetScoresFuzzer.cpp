@@ -31,7 +31,7 @@
 #include "players/PlayerGrid.h"
 #include "players/PlayerMerge.h"
 #include "players/PlayerState.h"
-#include "players/StatusCycle.h"
+#include "players/ScoreReader.h"
 #include "players/StatusParser.h"
 
 #include <QCoreApplication>
@@ -62,7 +62,7 @@ struct Rig
     OutputPane pane{view};
     StatusParser parser{state, stats, clock, errors};
     PlayerMerge merge{state, stats, errors};
-    StatusCycle cycle{pane, parser, merge, errors};
+    ScoreReader scores{pane, parser, merge, errors};
     PolicyStack stack{state, settings, stats, clock, errors, pane};
     SenderGate gate{clock, [] { return false; }};
     const QHostAddress server{QStringLiteral("127.0.0.1")};
@@ -166,7 +166,7 @@ struct Rig
     void getScores(const QString &cmd)
     {
         const qint32 before = state.currentCount;
-        const qint32 answer = cycle.GetScores(cmd);
+        const qint32 answer = scores.GetScores(cmd);
         require(answer >= -1 && answer <= 1);
         require(state.currentCount >= 0 && state.currentCount <= PlayerTable::Capacity);
         if (answer == 1) {

@@ -25,13 +25,15 @@ Engine::Engine(Clock &clock, View &view, EngineParts parts, QObject *parent)
     , m_parser(m_players, stats, clock, m_errors)
     , m_merge(m_players, stats, m_errors)
     , m_grid(m_players, stats, settings, view)
+    , m_scores(m_pane, m_parser, m_merge, m_errors)
+    , m_statusCycle(m_queue, m_link, m_scores, m_grid, m_players, stats, settings, m_pane, m_log, view, *this)
     , m_variables(m_players, stats, settings, m_lists, clock)
+    , m_announcer(clock, settings, m_lists, m_variables, m_queue, m_pane, m_log, m_errors, *this)
     , m_ban(m_players, settings, stats, m_lists, m_log, clock)
     , m_kick(m_players, settings, stats, m_lists, m_variables, m_log, clock, m_ban, queueCommand())
     , m_policies{m_players, settings, stats, m_lists, m_kick, m_log, m_pane, clock, queueCommand()}
-    , m_statusCycle(m_pane, m_parser, m_merge, m_errors, this)
-    , m_checkCycle(*this)
-    , m_announcer(*this)
+    , m_checkCycle(settings, stats, m_lists, m_queue, m_link, m_statusCycle, m_policies, m_grid, m_log, clock)
+    , m_actions(view, m_players, m_kick, m_ban, m_grid, m_queue, settings, m_errors, *this)
     , m_check(parts.check ? *parts.check : m_checkCycle)
     , m_statusCommand(std::move(parts.statusCommand))
 {
@@ -39,8 +41,6 @@ Engine::Engine(Clock &clock, View &view, EngineParts parts, QObject *parent)
             [this] { m_errors.guarded(QStringLiteral("timKickcheck_Timer"), [this] { timKickcheck_Timer(); }); });
     connect(&timProgress, &Ticker::tick, this,
             [this] { m_errors.guarded(QStringLiteral("timProgress_Timer"), [this] { timProgress_Timer(); }); });
-    // Taken-over settings: the lists of the old folder follow into the new one.
-    connect(this, &Engine::listsToCopy, this, [this] { m_lists.CopyListsToNewFolder(); });
 }
 
 Engine::~Engine() = default;
@@ -90,8 +90,9 @@ void Engine::FirstRunCheck()
     const QString oldFileLoc = settings.FileLoc;
     settings.FileLoc = m_store.programDirectory();
     saveSettings(true);
+    // The lists of the old folder follow into the new one.
     if (oldFileLoc.compare(settings.FileLoc, Qt::CaseInsensitive) != 0)
-        Q_EMIT listsToCopy();
+        m_lists.CopyListsToNewFolder();
 }
 
 void Engine::Form_Load(const QString &commandLine)
@@ -120,7 +121,7 @@ void Engine::Form_Load(const QString &commandLine)
         timProgress.setInterval(1000);
         timProgress.stop();
         m_link.forgetAnswer();
-        Q_EMIT announcementsToArm(settings.intAnnouce == 1);
+        m_announcer.Announce_Timer_Control(settings.intAnnouce == 1 ? QStringLiteral("ON") : QStringLiteral("OFF"));
         m_log.resetLogOpen();
         if (settings.SaveLog) {
             m_log.OpenLog();

@@ -13,6 +13,7 @@
 #include "enforcement/BanAction.h"
 #include "enforcement/CheckCycle.h"
 #include "enforcement/KickAction.h"
+#include "enforcement/OperatorActions.h"
 #include "enforcement/PolicyContext.h"
 #include "link/CommandQueue.h"
 #include "link/RconLink.h"
@@ -22,6 +23,7 @@
 #include "players/PlayerGrid.h"
 #include "players/PlayerMerge.h"
 #include "players/PlayerState.h"
+#include "players/ScoreReader.h"
 #include "players/StatusCycle.h"
 #include "players/StatusParser.h"
 
@@ -74,27 +76,16 @@ public:
     StatusParser &parser() { return m_parser; }
     PlayerMerge &merge() { return m_merge; }
     PlayerGrid &grid() { return m_grid; }
+    ScoreReader &scores() { return m_scores; }
     StatusCycle &statusCycle() { return m_statusCycle; }
-    CheckCycle &checkCycle() { return m_checkCycle; }
     ListFiles &lists() { return m_lists; }
+    Variables &variables() { return m_variables; }
     Announcer &announcer() { return m_announcer; }
+    BanAction &ban() { return m_ban; }
+    KickAction &kick() { return m_kick; }
     PolicyContext &policies() { return m_policies; }
-
-    // The kick and ban actions, for the policies' callers and the operator's buttons.
-    void kickPlayer(qint32 intPlayerNumToKick, const QString &strReason, bool bDoNow = false)
-    {
-        m_kick.kickPlayer(intPlayerNumToKick, strReason, bDoNow);
-    }
-    void Ban(qint32 intPlayerNumber, const QString &KickReason, bool bForceBan = false)
-    {
-        m_ban.Ban(intPlayerNumber, KickReason, bForceBan);
-    }
-
-    // The % variables filled in; -1 for no player.
-    QString ExpandVariables(const QString &strMessage, qint32 intPlayerNum) const
-    {
-        return m_variables.ExpandVariables(strMessage, intPlayerNum);
-    }
+    CheckCycle &checkCycle() { return m_checkCycle; }
+    OperatorActions &actions() { return m_actions; }
 
     Settings settings;
     Stats stats;
@@ -133,10 +124,6 @@ public:
 Q_SIGNALS:
     // The orderly stop is done; the window closes and the process ends.
     void finished();
-    // Taken-over settings point at another folder: the lists are to be copied into FileLoc.
-    void listsToCopy();
-    // Form_Load switches the announcement timer on or off.
-    void announcementsToArm(bool on);
 
 private:
     void saveSettings(bool bAll);
@@ -157,13 +144,15 @@ private:
     StatusParser m_parser;
     PlayerMerge m_merge;
     PlayerGrid m_grid;
+    ScoreReader m_scores;
+    StatusCycle m_statusCycle;
     Variables m_variables;
+    Announcer m_announcer;
     BanAction m_ban;
     KickAction m_kick;
     PolicyContext m_policies;
-    StatusCycle m_statusCycle;
     CheckCycle m_checkCycle;
-    Announcer m_announcer;
+    OperatorActions m_actions;
     CheckRoutine &m_check;
     std::function<void()> m_statusCommand;
     bool m_engineRunning = false;

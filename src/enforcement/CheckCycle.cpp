@@ -1,17 +1,37 @@
 // SPDX-License-Identifier: MIT
 #include "enforcement/CheckCycle.h"
 
-#include "core/Engine.h"
+#include "core/ActivityLog.h"
+#include "core/Settings.h"
+#include "core/Stats.h"
 #include "core/Waits.h"
 #include "enforcement/ImpersonatorPolicy.h"
 #include "enforcement/NamePolicies.h"
+#include "enforcement/PolicyContext.h"
 #include "enforcement/PingPolicy.h"
 #include "enforcement/RangePolicies.h"
 #include "enforcement/ScorePolicies.h"
 #include "link/CommandQueue.h"
 #include "link/RconLink.h"
+#include "messages/ListFiles.h"
 #include "players/PlayerGrid.h"
 #include "players/StatusCycle.h"
+
+CheckCycle::CheckCycle(const Settings &settings, Stats &stats, const ListFiles &lists, CommandQueue &queue,
+                       RconLink &link, StatusCycle &status, PolicyContext &policies, PlayerGrid &grid, ActivityLog &log,
+                       Clock &clock)
+    : m_settings(settings)
+    , m_stats(stats)
+    , m_lists(lists)
+    , m_queue(queue)
+    , m_link(link)
+    , m_status(status)
+    , m_policies(policies)
+    , m_grid(grid)
+    , m_log(log)
+    , m_clock(clock)
+{
+}
 
 const char *CheckCycle::statusCommandFor(int checks, int StatusInterval)
 {
@@ -53,57 +73,56 @@ void CheckCycle::runPolicies(PolicyContext &c)
 // else at once past it with every event held back.
 bool CheckCycle::forceKick()
 {
-    Engine &e = m_engine;
-    const Settings &s = e.settings;
-    const ListFiles &lists = e.lists();
+    const Settings &s = m_settings;
+    const ListFiles &lists = m_lists;
     if (!s.Warn && !s.NameCheck && !s.KickPing && !s.KickTeleFrag) {
         const qint32 top = lists.bannedNameTop();
         for (qint32 i = 0; i <= top; ++i) {
-            if (!e.queue().AddSrvCmd(forceKickCommand(lists.bannedNames().at(i)), true, true, true, 0)
+            if (!m_queue.AddSrvCmd(forceKickCommand(lists.bannedNames().at(i)), true, true, true, 0)
                 && s.SaveLog)
-                e.log().WriteLog(QStringLiteral("Error: TKCheck couldn' add name for Forced Kick check"));
+                m_log.WriteLog(QStringLiteral("Error: TKCheck couldn' add name for Forced Kick check"));
         }
-        e.queue().SendCommands();
+        m_queue.SendCommands();
         if (s.logVerbose())
-            e.log().WriteLog(QStringLiteral("...force kicking."));
+            m_log.WriteLog(QStringLiteral("...force kicking."));
         m_checkRunning = false;
         return false;
     }
     const qint32 top = lists.bannedNameTop();
     for (qint32 i = 0; i <= top; ++i) {
-        e.link().UDPClient_SendMessage(forceKickCommand(lists.bannedNames().at(i)), true, true);
-        PauseNoEvents(e.clock(), s.CommandDelay);
+        m_link.UDPClient_SendMessage(forceKickCommand(lists.bannedNames().at(i)), true, true);
+        PauseNoEvents(m_clock, s.CommandDelay);
     }
     if (s.logVerbose())
-        e.log().WriteLog(QStringLiteral("...force kicking."));
+        m_log.WriteLog(QStringLiteral("...force kicking."));
     return true;
 }
 
 void CheckCycle::TkCheck()
 {
-    Engine &e = m_engine;
-    if (e.settings.SaveLog)
-        e.log().WriteLog(QStringLiteral("Running a TK check."), true);
-    if (e.queue().waitingForServer()) {
-        if (e.settings.SaveLog)
-            e.log().WriteLog(QStringLiteral("...skipped check, still waiting for server."));
+    const Settings &s = m_settings;
+    if (s.SaveLog)
+        m_log.WriteLog(QStringLiteral("Running a TK check."), true);
+    if (m_queue.waitingForServer()) {
+        if (s.SaveLog)
+            m_log.WriteLog(QStringLiteral("...skipped check, still waiting for server."));
         return;
     }
     m_checkRunning = true;
-    ++e.stats.checks;
+    ++m_stats.checks;
 
-    if (e.settings.KickBanned && e.settings.ForceKick && !forceKick())
+    if (s.KickBanned && s.ForceKick && !forceKick())
         return;
 
-    const QString cmd = QString::fromLatin1(statusCommandFor(e.stats.checks, e.settings.StatusInterval));
-    if (!e.statusCycle().sendStatus(cmd)) {
-        if (e.settings.SaveLog)
-            e.log().WriteLog(QStringLiteral("...couldn't get good status for TK check."));
+    const QString cmd = QString::fromLatin1(statusCommandFor(m_stats.checks, s.StatusInterval));
+    if (!m_status.sendStatus(cmd)) {
+        if (s.SaveLog)
+            m_log.WriteLog(QStringLiteral("...couldn't get good status for TK check."));
         m_checkRunning = false;
         return;
     }
-    runPolicies(e.policies());
-    e.queue().SendCommands();
-    e.grid().RefreshGrid();
+    runPolicies(m_policies);
+    m_queue.SendCommands();
+    m_grid.RefreshGrid();
     m_checkRunning = false;
 }

@@ -5,8 +5,16 @@
 
 #include <QString>
 
-class Engine;
+class ActivityLog;
+class Clock;
+class CommandQueue;
+class ListFiles;
+class PlayerGrid;
+class RconLink;
+class StatusCycle;
 struct PolicyContext;
+struct Settings;
+struct Stats;
 
 // TkCheck: one pass of the enforcement engine per tick of the check timer. It refuses to
 // run while the server still owes a reply, counts itself, kicks the banned names blind
@@ -16,7 +24,9 @@ struct PolicyContext;
 class CheckCycle final : public CheckRoutine
 {
 public:
-    explicit CheckCycle(Engine &engine) : m_engine(engine) {}
+    // `link`: the force-kick past the queue. `policies`: what the nine policies work with.
+    CheckCycle(const Settings &settings, Stats &stats, const ListFiles &lists, CommandQueue &queue, RconLink &link,
+               StatusCycle &status, PolicyContext &policies, PlayerGrid &grid, ActivityLog &log, Clock &clock);
 
     void TkCheck() override;
     bool checkRunning() const override { return m_checkRunning; }
@@ -30,6 +40,15 @@ private:
     // False when the cycle ends with the force-kick (the short road).
     bool forceKick();
 
-    Engine &m_engine;
+    const Settings &m_settings;
+    Stats &m_stats;
+    const ListFiles &m_lists;
+    CommandQueue &m_queue;
+    RconLink &m_link;
+    StatusCycle &m_status;
+    PolicyContext &m_policies;
+    PlayerGrid &m_grid;
+    ActivityLog &m_log;
+    Clock &m_clock;
     bool m_checkRunning = false;
 };

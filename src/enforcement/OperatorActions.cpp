@@ -1,54 +1,72 @@
 // SPDX-License-Identifier: MIT
 #include "enforcement/OperatorActions.h"
 
-#include "core/Engine.h"
+#include "core/ErrorLog.h"
+#include "core/RunControl.h"
+#include "core/Settings.h"
 #include "core/Text.h"
 #include "core/View.h"
+#include "enforcement/BanAction.h"
+#include "enforcement/KickAction.h"
 #include "enforcement/KickReasons.h"
 #include "link/CommandQueue.h"
 #include "players/PlayerGrid.h"
+#include "players/PlayerState.h"
+
+OperatorActions::OperatorActions(View &view, const PlayerState &players, KickAction &kick, BanAction &ban,
+                                 PlayerGrid &grid, CommandQueue &queue, const Settings &settings, ErrorLog &errors,
+                                 RunControl &run)
+    : m_view(view)
+    , m_players(players)
+    , m_kick(kick)
+    , m_ban(ban)
+    , m_grid(grid)
+    , m_queue(queue)
+    , m_settings(settings)
+    , m_errors(errors)
+    , m_run(run)
+{
+}
 
 bool OperatorActions::playerRow(int row) const
 {
-    return row >= 1 && row <= m_engine.players().currentCount;
+    return row >= 1 && row <= m_players.currentCount;
 }
 
 void OperatorActions::kickGridPlayer()
 {
-    Engine &e = m_engine;
-    e.errors().catching(QStringLiteral("Error kicking player (kickGridPlayer)"), [&] {
-        const int row = e.view().gridCurrentRow();
+    m_errors.catching(QStringLiteral("Error kicking player (kickGridPlayer)"), [&] {
+        const int row = m_view.gridCurrentRow();
         if (playerRow(row))
-            e.kickPlayer(e.view().gridRowData(row), KickReasons::adminKick, true);
+            m_kick.kickPlayer(m_view.gridRowData(row), KickReasons::adminKick, true);
         else
-            e.view().messageBox(QStringLiteral("Please specify a player to kick"));
+            m_view.messageBox(QStringLiteral("Please specify a player to kick"));
     });
 }
 
 void OperatorActions::cmdKick_Click()
 {
     kickGridPlayer();
-    m_engine.grid().RefreshGrid();
+    m_grid.RefreshGrid();
 }
 
 void OperatorActions::cmdKickBan_Click()
 {
-    Engine &e = m_engine;
-    if (!playerRow(e.view().gridCurrentRow())) {
-        e.view().messageBox(QStringLiteral("Please specify a player to kick & ban"));
+    if (!playerRow(m_view.gridCurrentRow())) {
+        m_view.messageBox(QStringLiteral("Please specify a player to kick & ban"));
         return;
     }
     kickGridPlayer();
     // The kick waited for the server; a refresh in that time can have dropped the row.
-    const qint32 player = e.view().gridRowData(e.view().gridCurrentRow());
-    if (player >= 1 && player <= e.players().currentCount)
-        e.Ban(player, KickReasons::adminBan, true);
-    e.grid().RefreshGrid();
+    const qint32 player = m_view.gridRowData(m_view.gridCurrentRow());
+    if (player >= 1 && player <= m_players.currentCount)
+        m_ban.Ban(player, KickReasons::adminBan, true);
+    m_grid.RefreshGrid();
 }
 
 qint32 OperatorActions::FindClient(qint16 num) const
 {
-    const PlayerState &p = m_engine.players();
+    const PlayerState &p = m_players;
     for (qint32 i = 1; i <= p.currentCount; ++i) {
         const QString &slot = p.currentPlayers[i].num;
         // Read as the number it is, so that a fraction or a slot beyond 32 bits simply does not match.
@@ -62,29 +80,28 @@ qint32 OperatorActions::FindClient(qint16 num) const
 
 bool OperatorActions::otherCommandOpened()
 {
-    if (!m_engine.engineRunning())
+    if (!m_run.engineRunning())
         return false;
-    m_engine.cmdStart_Click();
+    m_run.cmdStart_Click();
     return true;
 }
 
 void OperatorActions::otherCommandClosed(bool wasRunning)
 {
-    if (wasRunning && !m_engine.unloaded())
-        m_engine.cmdStart_Click();
+    if (wasRunning && !m_run.unloaded())
+        m_run.cmdStart_Click();
 }
 
 void OperatorActions::cmdSend_Click(const QString &typed)
 {
-    Engine &e = m_engine;
     const QString text = Text::trimBlanks(typed);
     if (text.isEmpty())
         return;
-    if (!e.queue().AddSrvCmd(text, true, true, true, 0)) {
-        e.view().messageBox(QStringLiteral("Unable to send command: Server Queue"));
+    if (!m_queue.AddSrvCmd(text, true, true, true, 0)) {
+        m_view.messageBox(QStringLiteral("Unable to send command: Server Queue"));
         return;
     }
-    if (!text.startsWith(u"clientkick") || !e.settings.Ban)
+    if (!text.startsWith(u"clientkick") || !m_settings.Ban)
         return;
     // The slot is cut at a fixed place from the text as typed, blanks and all.
     const QString slot = Text::trimBlanks(typed.mid(10));
@@ -99,7 +116,7 @@ void OperatorActions::cmdSend_Click(const QString &typed)
     const qint32 player = FindClient(num);
     if (player < 1)
         return;
-    if (e.view().question(QStringLiteral("Do you want to ban ") + e.players().currentPlayers[player].name
-                          + QStringLiteral("?")))
-        e.Ban(player, KickReasons::adminBan, true);
+    if (m_view.question(QStringLiteral("Do you want to ban ") + m_players.currentPlayers[player].name
+                        + QStringLiteral("?")))
+        m_ban.Ban(player, KickReasons::adminBan, true);
 }

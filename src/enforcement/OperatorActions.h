@@ -3,7 +3,15 @@
 
 #include <QString>
 
-class Engine;
+class BanAction;
+class CommandQueue;
+class ErrorLog;
+class KickAction;
+class PlayerGrid;
+class RunControl;
+class View;
+struct PlayerState;
+struct Settings;
 
 // What the operator does by hand: kick or ban the player chosen in the grid, and send
 // any console command. One typed command is looked at: a clientkick, which can lead to
@@ -11,7 +19,10 @@ class Engine;
 class OperatorActions
 {
 public:
-    explicit OperatorActions(Engine &engine) : m_engine(engine) {}
+    // `view`: the grid's chosen row and the boxes. `run`: the Other Command dialog stops
+    // the engine while it stands.
+    OperatorActions(View &view, const PlayerState &players, KickAction &kick, BanAction &ban, PlayerGrid &grid,
+                    CommandQueue &queue, const Settings &settings, ErrorLog &errors, RunControl &run);
 
     // The kick of the player in the grid's current row.
     void kickGridPlayer();
@@ -31,5 +42,13 @@ public:
 private:
     bool playerRow(int row) const;
 
-    Engine &m_engine;
+    View &m_view;
+    const PlayerState &m_players;
+    KickAction &m_kick;
+    BanAction &m_ban;
+    PlayerGrid &m_grid;
+    CommandQueue &m_queue;
+    const Settings &m_settings;
+    ErrorLog &m_errors;
+    RunControl &m_run;
 };

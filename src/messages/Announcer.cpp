@@ -1,23 +1,36 @@
 // SPDX-License-Identifier: MIT
 #include "messages/Announcer.h"
 
+#include "core/ActivityLog.h"
 #include "core/Clock.h"
-#include "core/Engine.h"
+#include "core/ErrorLog.h"
+#include "core/OutputPane.h"
+#include "core/RunControl.h"
+#include "core/Settings.h"
 #include "core/Text.h"
 #include "link/CommandQueue.h"
+#include "messages/ListFiles.h"
+#include "messages/Variables.h"
 
 #include <QRandomGenerator>
 
 #include <cmath>
 
-Announcer::Announcer(Engine &engine)
-    : timAnnounce(engine.clock())
-    , m_engine(engine)
+Announcer::Announcer(Clock &clock, const Settings &settings, ListFiles &lists, const Variables &variables,
+                     CommandQueue &queue, OutputPane &pane, ActivityLog &log, ErrorLog &errors, const RunControl &run)
+    : timAnnounce(clock)
+    , m_clock(clock)
+    , m_settings(settings)
+    , m_lists(lists)
+    , m_variables(variables)
+    , m_queue(queue)
+    , m_pane(pane)
+    , m_log(log)
+    , m_run(run)
 {
-    connect(&engine, &Engine::announcementsToArm, this,
-            [this](bool on) { Announce_Timer_Control(on ? QStringLiteral("ON") : QStringLiteral("OFF")); });
-    connect(&timAnnounce, &Ticker::tick, this,
-            [this] { m_engine.errors().guarded(QStringLiteral("timAnnounce_Timer"), [this] { timAnnounce_Timer(); }); });
+    connect(&timAnnounce, &Ticker::tick, this, [this, &errors] {
+        errors.guarded(QStringLiteral("timAnnounce_Timer"), [this] { timAnnounce_Timer(); });
+    });
 }
 
 void Announcer::Announce_Timer_Control(const QString &strMode)
@@ -33,10 +46,10 @@ void Announcer::Announce_Timer_Control(const QString &strMode)
 
 qint32 Announcer::chooseMessage()
 {
-    ListFiles &lists = m_engine.lists();
-    if (m_engine.settings.MsgRandom) {
+    ListFiles &lists = m_lists;
+    if (m_settings.MsgRandom) {
         // Seeded anew from the clock at every pick; repeats are allowed.
-        QRandomGenerator generator(static_cast<quint32>(m_engine.clock().now().toMSecsSinceEpoch()));
+        QRandomGenerator generator(static_cast<quint32>(m_clock.now().toMSecsSinceEpoch()));
         return static_cast<qint32>(std::floor(generator.generateDouble() * (lists.serverMessageTop() + 1)));
     }
     const qint32 index = lists.nextMessage;
@@ -47,19 +60,19 @@ qint32 Announcer::chooseMessage()
 
 void Announcer::timAnnounce_Timer()
 {
-    const Settings &s = m_engine.settings;
+    const Settings &s = m_settings;
     if (++announceTicks < s.lngAnnounce)
         return;
     announceTicks = 0;
-    if (!m_engine.engineRunning())
+    if (!m_run.engineRunning())
         return; // the due tick is lost; the next chance is a full interval away
     const QString tag = Text::trimBlanks(s.Voice);
     const QString head = tag.isEmpty() ? QStringLiteral("say ") : QStringLiteral("say ") + tag + QStringLiteral(": ");
-    const QString message = m_engine.lists().serverMessages().at(chooseMessage());
-    if (m_engine.queue().AddSrvCmd(head + m_engine.ExpandVariables(message, -1), true, true, true, 0))
+    const QString message = m_lists.serverMessages().at(chooseMessage());
+    if (m_queue.AddSrvCmd(head + m_variables.ExpandVariables(message, -1), true, true, true, 0))
         return;
     // Refused while the queue drains: dropped, not retried.
-    m_engine.pane().append(QStringLiteral("Error sending timed announcement.\r\n"));
+    m_pane.append(QStringLiteral("Error sending timed announcement.\r\n"));
     if (s.SaveLog)
-        m_engine.log().WriteLog(QStringLiteral("Error sending timed announcement."), false);
+        m_log.WriteLog(QStringLiteral("Error sending timed announcement."), false);
 }

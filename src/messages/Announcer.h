@@ -5,7 +5,15 @@
 
 #include <QObject>
 
-class Engine;
+class ActivityLog;
+class Clock;
+class CommandQueue;
+class ErrorLog;
+class ListFiles;
+class OutputPane;
+class RunControl;
+class Variables;
+struct Settings;
 
 // The timed announcements: a one-minute timer that counts towards lngAnnounce and, at each
 // due tick while the engine runs, says one line of the server messages through the queue.
@@ -15,7 +23,8 @@ class Announcer : public QObject
 {
     Q_OBJECT
 public:
-    explicit Announcer(Engine &engine);
+    Announcer(Clock &clock, const Settings &settings, ListFiles &lists, const Variables &variables,
+              CommandQueue &queue, OutputPane &pane, ActivityLog &log, ErrorLog &errors, const RunControl &run);
 
     // "ON" arms the timer at 60000 ms; any other text stops it. Either way the count starts again.
     void Announce_Timer_Control(const QString &strMode);
@@ -27,5 +36,12 @@ public:
 private:
     qint32 chooseMessage();
 
-    Engine &m_engine;
+    Clock &m_clock;
+    const Settings &m_settings;
+    ListFiles &m_lists;
+    const Variables &m_variables;
+    CommandQueue &m_queue;
+    OutputPane &m_pane;
+    ActivityLog &m_log;
+    const RunControl &m_run;
 };

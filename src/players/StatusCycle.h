@@ -3,35 +3,43 @@
 
 #include <QString>
 
-class Engine;
-class ErrorLog;
+class ActivityLog;
+class CommandQueue;
 class OutputPane;
-class PlayerMerge;
-class StatusParser;
+class PlayerGrid;
+class RconLink;
+class RunControl;
+class ScoreReader;
+class View;
+struct PlayerState;
+struct Settings;
 struct Stats;
 
-// One status round trip. The output pane is the only receive buffer: the reply is
-// found behind the last echo of the command word and digested into currentPlayers.
+// sendStatus: one status round trip. The command goes out at once through the queue; the
+// reply it brought is read from the pane into currentPlayers, and the grid and the tray
+// tip show the table.
 class StatusCycle
 {
 public:
-    // GetScores needs only the pane and the player tables; sendStatus needs the engine.
-    StatusCycle(OutputPane &pane, StatusParser &parser, PlayerMerge &merge, ErrorLog &errors,
-                Engine *engine = nullptr);
+    // `view`: the tray tip.
+    StatusCycle(CommandQueue &queue, const RconLink &link, ScoreReader &scores, PlayerGrid &grid,
+                const PlayerState &players, const Stats &stats, const Settings &settings, OutputPane &pane,
+                ActivityLog &log, View &view, const RunControl &run);
 
-    // One round trip: queue the command, send it at once, digest the reply. True when
-    // currentPlayers now holds this scan.
+    // True when currentPlayers now holds this scan.
     bool sendStatus(const QString &cmd);
     static QString trayTip(const Stats &stats);
 
-    // 1: scan accepted, 0: a cheap scan with two equal names (ask for a full one),
-    // -1: anything else; the player table is then untouched.
-    qint32 GetScores(const QString &cmd);
-
 private:
+    CommandQueue &m_queue;
+    const RconLink &m_link;
+    ScoreReader &m_scores;
+    PlayerGrid &m_grid;
+    const PlayerState &m_players;
+    const Stats &m_stats;
+    const Settings &m_settings;
     OutputPane &m_pane;
-    StatusParser &m_parser;
-    PlayerMerge &m_merge;
-    ErrorLog &m_errors;
-    Engine *m_engine;
+    ActivityLog &m_log;
+    View &m_view;
+    const RunControl &m_run;
 };

@@ -55,7 +55,6 @@ frmMain::frmMain(Prompts &prompts, Clock &clock, QWidget *parent)
     , m_prompts(prompts)
     , m_ui(std::make_unique<MainWindowLayout>(*this))
     , m_engine(std::make_unique<Engine>(clock, *this))
-    , m_actions(std::make_unique<OperatorActions>(*m_engine))
     , m_tray(new TrayIcon(this))
     , m_pane(new PaneMirror(*m_ui->txtOutput, m_engine->pane(), this))
 {
@@ -110,11 +109,11 @@ void frmMain::connectControls()
 void frmMain::connectActions()
 {
     MainWindowLayout &ui = *m_ui;
-    const auto kick = [this] { run(QStringLiteral("cmdKick_Click"), [this] { m_actions->cmdKick_Click(); }); };
+    const auto kick = [this] { run(QStringLiteral("cmdKick_Click"), [this] { m_engine->actions().cmdKick_Click(); }); };
     connect(ui.cmdKick, &QPushButton::clicked, this, kick);
     connect(ui.mnuKick, &QAction::triggered, this, kick);
     const auto kickBan = [this] {
-        run(QStringLiteral("cmdKickBan_Click"), [this] { m_actions->cmdKickBan_Click(); });
+        run(QStringLiteral("cmdKickBan_Click"), [this] { m_engine->actions().cmdKickBan_Click(); });
     };
     connect(ui.cmdKickBan, &QPushButton::clicked, this, kickBan);
     connect(ui.mnuKickBan, &QAction::triggered, this, kickBan);
@@ -187,7 +186,7 @@ void frmMain::cmdSay_Click()
 // The dialogs open modally; the timers go on while they are open.
 void frmMain::mnuOther_Click()
 {
-    frmOther dialog(*m_engine, *m_actions, m_prompts, this);
+    frmOther dialog(*m_engine, m_engine->actions(), m_prompts, this);
     dialog.exec();
 }
 

@@ -11,7 +11,6 @@
 class Clock;
 class Engine;
 class MainWindowLayout;
-class OperatorActions;
 class PaneMirror;
 class Prompts;
 class TrayIcon;
@@ -90,7 +89,6 @@ private:
     Prompts &m_prompts;
     std::unique_ptr<MainWindowLayout> m_ui;
     std::unique_ptr<Engine> m_engine;
-    std::unique_ptr<OperatorActions> m_actions;
     TrayIcon *m_tray;
     PaneMirror *m_pane;
     int m_seenState = stateNormal;

@@ -424,7 +424,7 @@ private Q_SLOTS:
                  r.name = u"Evil One"_s, r.ip = u"203.0.113.99"_s;
                  w.engine.settings.SaveLog = true;
                  w.engine.log().OpenLog();
-                 w.engine.Ban(1, u"[admin initiated kick]"_s, true);
+                 w.engine.ban().Ban(1, u"[admin initiated kick]"_s, true);
              }, fatal(u"Error appending Banned IP & name 203.0.113.99 / Evil One on 2026-11-22 at 12:00:00 [admin initiated kick]"
                       " to ReasonBanned.txt[75]: No space left on device"_s), u"bannedIP.txt"_s, "203.0.113.99\r\n", {}},
             {u"servlog.txt"_s, [](EngineWorld &w) { w.engine.log().OpenLog(); },

@@ -130,15 +130,15 @@ private Q_SLOTS:
         for (const auto &[message, player, map, name, expected] : rows) {
             s.map = map;
             r.name = name;
-            QCOMPARE(w.engine.ExpandVariables(message, player), expected);
+            QCOMPARE(w.engine.variables().ExpandVariables(message, player), expected);
         }
         s.starttime = (17 * 60 + 31) / 1440.0; // 5.52 hours after the hour now
         w.engine.settings.CheckInt = 12500;
-        QCOMPARE(w.engine.ExpandVariables(u"%uptime% %pingtime%"_s, -1), u"2d / -6h 37.5"_s);
+        QCOMPARE(w.engine.variables().ExpandVariables(u"%uptime% %pingtime%"_s, -1), u"2d / -6h 37.5"_s);
         w.engine.settings.CheckInt = 20000, w.engine.settings.PingPasses = 5000;
-        QCOMPARE(w.engine.ExpandVariables(u"%pingtime%"_s, -1), u"100000"_s);
+        QCOMPARE(w.engine.variables().ExpandVariables(u"%pingtime%"_s, -1), u"100000"_s);
         w.engine.settings.CheckInt = 5001, w.engine.settings.PingPasses = 5;
-        QCOMPARE(w.engine.ExpandVariables(u"%pingtime%"_s, -1), u"25.005"_s);
+        QCOMPARE(w.engine.variables().ExpandVariables(u"%pingtime%"_s, -1), u"25.005"_s);
     }
 
     // Armed by the load of the window, a minute a tick: with the engine stopped every second
