@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "core/Clock.h"
-#include "core/Engine.h"
+#include "engine/Engine.h"
 #include "core/SettingsStore.h"
 #include "core/StopSignals.h"
 #include "ui/MainWindow.h"
@@ -65,8 +65,9 @@ int main(int argc, char **argv)
     splash.show();
 
     Prompts prompts;
-    frmMain window(prompts, clock);
-    Engine &engine = window.engine();
+    frmMain window(prompts);
+    Engine engine(clock, window);
+    window.attach(engine);
     app.engine = &engine;
     QObject::connect(&engine, &Engine::finished, &app, &QCoreApplication::quit);
     StopSignals stopSignals;

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "ui/AnnounceDialog.h"
 
-#include "core/Engine.h"
+#include "engine/Engine.h"
 #include "core/RuntimeError.h"
 #include "ui/CodedItems.h"
 #include "ui/GameCodesDialog.h"

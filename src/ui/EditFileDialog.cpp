@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "ui/EditFileDialog.h"
 
-#include "core/Engine.h"
+#include "engine/Engine.h"
 #include "core/RuntimeError.h"
 #include "ui/ListFileText.h"
 #include "ui/Prompts.h"

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "ui/FormDialog.h"
 
-#include "core/Engine.h"
+#include "engine/Engine.h"
 #include "ui/FittingFont.h"
 #include "ui/Twips.h"
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "ui/MainWindow.h"
 
-#include "core/Engine.h"
+#include "engine/Engine.h"
 #include "enforcement/OperatorActions.h"
 #include "core/RuntimeError.h"
 #include "core/Text.h"
@@ -50,27 +50,31 @@ Qt::WindowState qtState(int code)
 
 } // namespace
 
-frmMain::frmMain(Prompts &prompts, Clock &clock, QWidget *parent)
+frmMain::frmMain(Prompts &prompts, QWidget *parent)
     : QMainWindow(parent)
     , m_prompts(prompts)
     , m_ui(std::make_unique<MainWindowLayout>(*this))
-    , m_engine(std::make_unique<Engine>(clock, *this))
     , m_tray(new TrayIcon(this))
-    , m_pane(new PaneMirror(*m_ui->txtOutput, m_engine->pane(), this))
 {
     setObjectName(QStringLiteral("frmMain"));
     setWindowTitle(QStringLiteral("Harl Dunmere's Quorvane"));
     setWindowIcon(m_tray->icon());
     m_ui->noteMeasures();
+    letMenuShortcutsWin();
+}
+
+void frmMain::attach(Engine &engine)
+{
+    m_engine = &engine;
+    m_pane = new PaneMirror(*m_ui->txtOutput, engine.pane(), this);
     connectControls();
     connectActions();
     connectFields();
-    letMenuShortcutsWin();
 }
 
 frmMain::~frmMain()
 {
-    // The mirror writes into the engine's pane; it goes before the engine does.
+    // The mirror writes into the engine's pane; it goes before any event could reach it.
     delete m_pane;
 }
 
@@ -100,7 +104,7 @@ void frmMain::connectControls()
     connect(m_tray, &TrayIcon::activated, this,
             [this] { run(QStringLiteral("sysTray_Click"), [this] { sysTray_Click(); }); });
     // An orderly stop begun elsewhere still closes the window.
-    connect(m_engine.get(), &Engine::finished, this, [this] {
+    connect(m_engine, &Engine::finished, this, [this] {
         if (!m_closing)
             close();
     });

@@ -8,15 +8,16 @@
 #include <functional>
 #include <memory>
 
-class Clock;
 class Engine;
 class MainWindowLayout;
 class PaneMirror;
 class Prompts;
 class TrayIcon;
 
-// frmMain: the program's one permanent window. It owns the engine, shows what the
-// engine shows through View, and hands the operator's clicks to it.
+// frmMain: the program's one permanent window. It is the View the engine is built with,
+// shows what the engine shows, and hands the operator's clicks to it. Build the window,
+// then the engine with it as View, then attach() the engine; the engine must stay until
+// the window goes.
 class frmMain : public QMainWindow, public View
 {
     Q_OBJECT
@@ -24,10 +25,12 @@ public:
     // Window state codes, as WinState stores them.
     enum StateCode { stateNormal = 0, stateMinimized = 1, stateMaximized = 2 };
 
-    frmMain(Prompts &prompts, Clock &clock, QWidget *parent = nullptr);
+    explicit frmMain(Prompts &prompts, QWidget *parent = nullptr);
     ~frmMain() override;
 
-    Engine &engine() { return *m_engine; }
+    // Once, before the window is shown.
+    void attach(Engine &engine);
+
     TrayIcon &sysTray() { return *m_tray; }
 
     // View
@@ -88,9 +91,9 @@ private:
 
     Prompts &m_prompts;
     std::unique_ptr<MainWindowLayout> m_ui;
-    std::unique_ptr<Engine> m_engine;
+    Engine *m_engine = nullptr;
     TrayIcon *m_tray;
-    PaneMirror *m_pane;
+    PaneMirror *m_pane = nullptr;
     int m_seenState = stateNormal;
     int m_lastState = stateNormal;
     bool m_closing = false;

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "ui/SettingsDialog.h"
 
-#include "core/Engine.h"
+#include "engine/Engine.h"
 #include "core/Text.h"
 #include "ui/Entries.h"
 #include "ui/Prompts.h"

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "ui/ToleranceDialog.h"
 
-#include "core/Engine.h"
+#include "engine/Engine.h"
 #include "core/Text.h"
 #include "ui/CodedItems.h"
 #include "ui/EditFileDialog.h"
@@ -365,6 +365,6 @@ void frmTolerance::cmdOkay_Click()
         m_prompts.information(this, QStringLiteral("The timer's range is 5 to 60 seconds. Resetting to 30 seconds."));
         s.CheckInt = 30000;
     }
-    m_engine.timKickcheck.setInterval(s.CheckInt);
+    m_engine.timKickcheck().setInterval(s.CheckInt);
     accept();
 }

@@ -155,7 +155,7 @@ private Q_SLOTS:
             w.engine.Form_Load(commandLine);
             QCOMPARE(w.engine.engineRunning(), starts);
             QCOMPARE(statusRuns, starts ? 1 : 0);
-            QCOMPARE(w.engine.timKickcheck.interval(), 5000);
+            QCOMPARE(w.engine.timKickcheck().interval(), 5000);
             QCOMPARE(w.engine.pane().text(), starts ? u"Automatic Startup\r\n"_s : QString());
             const QByteArray log = w.file(u"servlog.txt"_s);
             QCOMPARE(log.mid(log.indexOf("Application")),
@@ -211,11 +211,11 @@ private Q_SLOTS:
         s.Host = u"127.0.0.1"_s, s.Port = sim.port(), s.Pwd = u"pw"_s;
         QString during; // the window while a check waits for its reply
         connect(&sim, &SimServer::datagramReceived, this, [&] {
-            if (e.checkRunning() && during.isEmpty())
+            if (e.checkCycle().checkRunning() && during.isEmpty())
                 during = u"%1 %2 %3/%4"_s.arg(int(w.view.trayFlashing)).arg(int(w.view.enabled.value(View::Control::cmdKick)))
                              .arg(w.view.progressValue).arg(w.view.progressMax);
         });
-        connect(&e.timKickcheck, &Ticker::tick, this, [&] { // behind the engine's own handler
+        connect(&e.timKickcheck(), &Ticker::tick, this, [&] { // behind the engine's own handler
             if (e.stats.checks == 1) {
                 SimPlayer bob;
                 bob.name = "Bob";
@@ -278,7 +278,7 @@ private Q_SLOTS:
             if (d.endsWith("status"))
                 sent.append(FakeClock::firstMoment().msecsTo(w.clock.now()) / 1000.0);
         });
-        connect(&e.timKickcheck, &Ticker::tick, this, [&] {
+        connect(&e.timKickcheck(), &Ticker::tick, this, [&] {
             if (e.stats.checks == 5)
                 e.Form_Unload();
         });
@@ -324,9 +324,9 @@ private Q_SLOTS:
         w.pointAt(silent.socket.localPort());
         const auto state = [&] {
             return u"%1 %2/%3 %4 %5"_s.arg(w.view.startCaption).arg(w.view.progressValue).arg(w.view.progressMax)
-                .arg(int(w.view.enabled.value(View::Control::mnuOptions))).arg(int(w.engine.timProgress.isActive()));
+                .arg(int(w.view.enabled.value(View::Control::mnuOptions))).arg(int(w.engine.timProgress().isActive()));
         };
-        QVERIFY(!w.engine.timKickcheck.isActive() && !w.engine.timProgress.isActive());
+        QVERIFY(!w.engine.timKickcheck().isActive() && !w.engine.timProgress().isActive());
         w.engine.cmdStart_Click();
         w.engine.timProgress_Timer();
         w.engine.timProgress_Timer();
@@ -338,7 +338,7 @@ private Q_SLOTS:
         QCOMPARE(w.engine.stats.checks, 1);
         QVERIFY2(linesAtEnd >= 4, qPrintable(QString::number(linesAtEnd)));
         QCOMPARE(state(), u"Start 0/5 1 0"_s);
-        QVERIFY(!w.engine.timKickcheck.isActive());
+        QVERIFY(!w.engine.timKickcheck().isActive());
     }
 
     // A previous version's settings: declined, taken over with its lists, then never asked again.

@@ -4,7 +4,7 @@
 #include "FakeClock.h"
 #include "HeadlessView.h"
 #include "TestEnv.h"
-#include "core/Engine.h"
+#include "engine/Engine.h"
 #include "core/SettingsStore.h"
 #include "enforcement/CheckRoutine.h"
 #include "link/CommandQueue.h"

@@ -5,7 +5,7 @@
 #include "FakeClock.h"
 #include "ScriptedPrompts.h"
 #include "TestEnv.h"
-#include "core/Engine.h"
+#include "engine/Engine.h"
 #include "ui/MainWindow.h"
 
 #include <QTest>
@@ -17,8 +17,9 @@ struct WindowWorld
     explicit WindowWorld(double clockSpeed = 0)
         : clock(FakeClock::firstMoment(), clockSpeed)
     {
+        window.attach(engine);
         settings().FileLoc = env.workDir(); // error records stay in the private folder
-        window.engine().lists().LoadAll();  // the six lists stand, empty, as after a start
+        engine.lists().LoadAll();           // the six lists stand, empty, as after a start
         window.show();
         [[maybe_unused]] const bool exposed = QTest::qWaitForWindowExposed(&window);
     }
@@ -28,10 +29,11 @@ struct WindowWorld
     {
         return control<T>(window, QLatin1String(name));
     }
-    Settings &settings() { return window.engine().settings; }
+    Settings &settings() { return engine.settings; }
 
     TestEnv env;
     FakeClock clock;
     ScriptedPrompts prompts;
-    frmMain window{prompts, clock};
+    frmMain window{prompts};
+    Engine engine{clock, window};
 };

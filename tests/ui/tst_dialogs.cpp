@@ -53,7 +53,7 @@ struct Rig
 {
     SimServer sim;
     WindowWorld w{40};
-    Engine &e = w.window.engine();
+    Engine &e = w.engine;
 
     Rig()
     {
@@ -186,7 +186,7 @@ private Q_SLOTS:
         QCOMPARE(s.*k.setting, k.stored);
         QCOMPARE(boxes.shown(), k.box.isEmpty() ? QStringList() : QStringList{k.box});
         QCOMPARE(open, k.box.contains(u"must be a number"_s));
-        QCOMPARE(QList<qint32>({s.QPort, w.window.engine().timKickcheck.interval(), s.StatusInterval}),
+        QCOMPARE(QList<qint32>({s.QPort, w.engine.timKickcheck().interval(), s.StatusInterval}),
                  QList<qint32>({!open, open ? 0 : s.CheckInt, k.setting == &Settings::StatusInterval ? k.stored : 5}));
     }
 
@@ -223,7 +223,7 @@ private Q_SLOTS:
                               s.NameCheck, s.KickImpersonators, s.Warn, s.KickTK, s.KickTeleFrag}),
                  QList<bool>({true, true, false, false, false, false, false, false, true, false, true, false, false}));
         QCOMPARE(QList<qint32>({s.TKLimit, s.BanDuration, s.MaxPing, s.PingPasses, s.QPortMin, s.QPortMax, s.RateMin,
-                                s.RateMax, s.TellPause, s.CheckInt, w.window.engine().timKickcheck.interval()}),
+                                s.RateMax, s.TellPause, s.CheckInt, w.engine.timKickcheck().interval()}),
                  QList<qint32>({-3, 0, 600, 4, 11, 12, 13, 14, 6, 15000, 15000}));
         QCOMPARE(s.WarnTxt, u"Check your fire"_s);
     }
@@ -279,7 +279,7 @@ private Q_SLOTS:
         for (const auto &[file, bytes, typed] : files)
             saved += TestEnv::readFile(w.env.workDir() + QLatin1String(file)) + '|';
         QCOMPARE(saved, "Z\r\nA\nB\r\nC\r\nD|a\r\nb\nc\rd\n|Jos\xe9\xa0X\n\xe9\n2\r\n3\n|c\r\nx|"_ba);
-        const ListFiles &l = w.window.engine().lists();
+        const ListFiles &l = w.engine.lists();
         QCOMPARE(QList<qint32>({l.bannedNameTop(), l.bannedIPTop(), l.immuneIPTop(), l.badNameTop()}), QList<qint32>({4, 3, 3, 1}));
         QCOMPARE(l.badNames().at(0), u"C"_s);
     }
@@ -292,7 +292,7 @@ private Q_SLOTS:
         const QString path = w.env.workDir() + u"immuneIP.txt"_s;
         TestEnv::writeFile(path, "1.2.3.4\r\n"_ba);
         Boxes boxes;
-        frmEditFile editor(w.window.engine(), w.prompts, &w.window);
+        frmEditFile editor(w.engine, w.prompts, &w.window);
         editor.Edit_File(u"immuneIP.txt"_s, u"Editing Immune IPs"_s);
         QVERIFY(whileOpen<frmEditFile>([&] { editor.exec(); }, [&](frmEditFile &d) {
             type(control(d, u"txtEdit"_s), QString(1500, u'9'));
@@ -313,7 +313,7 @@ private Q_SLOTS:
             QVERIFY(!d.isVisible());
         }));
         QCOMPARE(TestEnv::readFile(path), QByteArray(1500, '9'));
-        QCOMPARE(w.window.engine().lists().immuneIPTop(), 0);
+        QCOMPARE(w.engine.lists().immuneIPTop(), 0);
         QCOMPARE(boxes.shown().size(), 1);
         QVERIFY(boxes.shown().at(0).startsWith(u"Error saving changes to immuneIP.txt: "_s));
     }
@@ -325,7 +325,7 @@ private Q_SLOTS:
         TestEnv::writeFile(file, "old\r\n"_ba);
         Settings &s = w.settings();
         s.lngAnnounce = 0;
-        Announcer &a = w.window.engine().announcer();
+        Announcer &a = w.engine.announcer();
         const auto save = [&](const std::function<void(frmAnnounce &)> &body) {
             return accepted<frmAnnounce>(w, "mnuAnnounce", body, u"cmdOkay"_s);
         };
@@ -347,14 +347,14 @@ private Q_SLOTS:
         QCOMPARE(TestEnv::readFile(file), "one\r\n\r\ntwo"_ba); // as typed, blank line kept
         // Armed, although the engine is stopped.
         QVERIFY(s.intAnnouce == 1 && !s.MsgRandom && s.lngAnnounce == 10 && a.timAnnounce.isActive());
-        QCOMPARE(w.window.engine().lists().serverMessageTop(), 1);
+        QCOMPARE(w.engine.lists().serverMessageTop(), 1);
         QCOMPARE(boxes.shown(), QStringList{u"Announcements will be sent as soon as you click Start on the main screen."_s});
 
         // Saved again while on, the interval as shown: the count goes on, the sequence starts
         // again. Each item picked stores its minutes; a typed text that is no item counts as 2.
-        a.announceTicks = 1, w.window.engine().lists().nextMessage = 1;
+        a.announceTicks = 1, w.engine.lists().nextMessage = 1;
         QVERIFY(save([&](frmAnnounce &d) { seen << text(control(d, u"cboAnnounce"_s)); }));
-        QVERIFY(a.timAnnounce.isActive() && a.announceTicks == 1 && w.window.engine().lists().nextMessage == 0);
+        QVERIFY(a.timAnnounce.isActive() && a.announceTicks == 1 && w.engine.lists().nextMessage == 0);
         QCOMPARE(seen.last() + u' ' + QString::number(s.lngAnnounce), u"10 minutes 10"_s);
         QList<qint32> minutes;
         QStringList picks{u"5 MINUTES[Tab]"_s, u"10 minute[Tab]"_s};
@@ -390,9 +390,9 @@ private Q_SLOTS:
             }, accept);
         };
         QVERIFY(ok(u"40000"_s, u"soon"_s, u"chkLog optBrief"_s));
-        QVERIFY(s.SaveLog && w.window.engine().log().logOpen() && s.LogBrief && s.LocalPort == 40000 && s.CommandDelay == 1.0);
+        QVERIFY(s.SaveLog && w.engine.log().logOpen() && s.LogBrief && s.LocalPort == 40000 && s.CommandDelay == 1.0);
         QVERIFY(ok(u"port"_s, u" 0.25"_s, u"optVerbose chkLog"_s));
-        QVERIFY(!s.SaveLog && !w.window.engine().log().logOpen() && !s.LogBrief && s.LocalPort == 40000 && s.CommandDelay == 0.25);
+        QVERIFY(!s.SaveLog && !w.engine.log().logOpen() && !s.LogBrief && s.LocalPort == 40000 && s.CommandDelay == 0.25);
         QVERIFY(TestEnv::readFile(logFile).contains("Logging Started on ") && TestEnv::readFile(logFile).contains("Logging Completed on "));
         QVERIFY(ok(u"1"_s, u"1"_s, u"chkLog optBrief"_s, {})); // a click on Brief counts at once, and Cancel keeps it
         QVERIFY(s.LogBrief && !s.SaveLog && s.LocalPort == 40000);

@@ -41,7 +41,7 @@ private Q_SLOTS:
     void titleTabOrderAndMenus()
     {
         WindowWorld w;
-        Engine &e = w.window.engine();
+        Engine &e = w.engine;
         QCOMPARE(w.window.windowTitle(), u"Harl Dunmere's Quorvane"_s);
         e.grid().RefreshGrid(); // the grid with rows, as after a scan
         w.window.activateWindow();
@@ -110,7 +110,7 @@ private Q_SLOTS:
                     QVERIFY2(announce.count() == 1 && w.window.isVisible(), box);
                     continue;
                 }
-                QTRY_VERIFY2(!w.window.isVisible() && w.window.engine().unloaded(), box);
+                QTRY_VERIFY2(!w.window.isVisible() && w.engine.unloaded(), box);
                 // The close asked the application to quit; let that pass so later waits still wait.
                 QMetaObject::invokeMethod(qApp, &QCoreApplication::quit, Qt::QueuedConnection);
                 qApp->exec();
@@ -121,7 +121,7 @@ private Q_SLOTS:
     void paneTypingAndAppends()
     {
         WindowWorld w;
-        OutputPane &pane = w.window.engine().pane();
+        OutputPane &pane = w.engine.pane();
         auto *box = w.child<QPlainTextEdit>("txtOutput");
         pane.append(u"a\r\nb"_s);
         // A CR LF split over two appends, and a lone CR, which shows as nothing.
@@ -159,7 +159,7 @@ private Q_SLOTS:
         QUdpSocket server;
         QVERIFY(server.bind(QHostAddress::LocalHost, 0));
         w.settings().LocalPort = 0;
-        w.window.engine().Form_Load(QString());
+        w.engine.Form_Load(QString());
         w.child<QLineEdit>("txtHost")->setText(u"127.0.0.1"_s);
         w.child<QLineEdit>("txtPwd")->setText(u"pw"_s);
         w.child<QLineEdit>("txtServerName")->setText(u"[Admin]"_s);
@@ -206,12 +206,12 @@ private Q_SLOTS:
             }
             QVERIFY2(!c->isVisibleTo(&w.window) || needed <= c->width(), qPrintable(c->objectName()));
         }
-        PlayerRecord &p = w.window.engine().players().currentPlayers[1];
+        PlayerRecord &p = w.engine.players().currentPlayers[1];
         std::tie(p.num, p.name, p.ping, p.score, p.ip) =
             std::tuple(u"63"_s, u"Harrowgate_Quin"_s, u"999"_s, u"-12"_s, u"203.113.200.114:27965"_s);
         p.jointime = 86399.0 / 86400.0, p.status = u"Ok"_s, p.warn = 3;
-        w.window.engine().players().currentCount = 1;
-        w.window.engine().grid().RefreshGrid();
+        w.engine.players().currentCount = 1;
+        w.engine.grid().RefreshGrid();
         auto *table = w.child<QTableWidget>("gridPlayers");
         const QFontMetrics fm(table->font());
         const int margin = 2 * (table->style()->pixelMetric(QStyle::PM_FocusFrameHMargin, nullptr, table) + 1);
@@ -295,11 +295,11 @@ private Q_SLOTS:
         const auto disc = [&tray] { return tray.shownIcon().pixmap(QSize(16, 16)).toImage().pixelColor(2, 7); };
         QCOMPARE(tray.toolTip() + QString::number(tray.flashInterval()), u"Quorvane1000"_s);
         tray.setFlashInterval(10);
-        w.window.engine().SetCommandControls(0);
+        w.engine.SetCommandControls(0);
         QTRY_COMPARE(disc(), QColor(255, 255, 0));
         QTRY_COMPARE(disc(), QColor(0, 0, 160));
         QTRY_COMPARE(disc(), QColor(255, 255, 0));
-        w.window.engine().SetCommandControls(1);
+        w.engine.SetCommandControls(1);
         QCOMPARE(disc(), QColor(0, 0, 160));
     }
 
@@ -310,19 +310,19 @@ private Q_SLOTS:
         WindowWorld w(10);
         w.settings().WinState = 2;
         w.settings().LocalPort = 0;
-        w.window.engine().Form_Load(QString());
+        w.engine.Form_Load(QString());
         QTRY_VERIFY(w.window.isMaximized());
         QCOMPARE(w.window.lastState(), 2);
         QTRY_COMPARE(w.settings().WinWidth, (w.window.width() + 8) * 15); // a size noted while maximised
         w.window.showNormal();
         QTRY_VERIFY(!w.window.isMaximized());
-        w.window.engine().cmdStart_Click();
-        QSignalSpy finished(&w.window.engine(), &Engine::finished);
+        w.engine.cmdStart_Click();
+        QSignalSpy finished(&w.engine, &Engine::finished);
         QGuiApplication::setQuitOnLastWindowClosed(false); // the window must quit by itself
         bool waitEnded = false;
         QTimer::singleShot(0, &w.window, [&] {
             QTimer::singleShot(50, w.child<QPushButton>("cmdQuit"), &QPushButton::click);
-            w.window.engine().Pause(60); // six real seconds at this speed
+            w.engine.Pause(60); // six real seconds at this speed
             waitEnded = true;
         });
         QTimer::singleShot(8000, qApp, &QCoreApplication::quit); // a guard
@@ -331,7 +331,7 @@ private Q_SLOTS:
         QCoreApplication::exec();
         QVERIFY(waitEnded);
         QVERIFY2(took.elapsed() < 3000, "the close did not end the loops");
-        QVERIFY(!w.window.isVisible() && w.window.engine().unloaded() && !w.window.engine().engineRunning());
+        QVERIFY(!w.window.isVisible() && w.engine.unloaded() && !w.engine.engineRunning());
         QSettings ini(IniSettingsBackend::filePath(SettingsStore::ownApp), QSettings::IniFormat);
         QCOMPARE(ini.value(u"Settings/WinState"_s).toString(), u"0"_s);
         w.window.show();

@@ -2,7 +2,7 @@
 // Draws every dialog into PNG files: quorvane-shots <folder>.
 // Run it under a real display (or xvfb-run) so the fonts are those of a desktop.
 #include "core/Clock.h"
-#include "core/Engine.h"
+#include "engine/Engine.h"
 #include "ui/AboutDialog.h"
 #include "ui/AnnounceDialog.h"
 #include "ui/EditFileDialog.h"
@@ -50,8 +50,9 @@ int main(int argc, char **argv)
 
     SystemClock clock;
     Prompts prompts;
-    frmMain window(prompts, clock);
-    Engine &engine = window.engine();
+    frmMain window(prompts);
+    Engine engine(clock, window);
+    window.attach(engine);
     engine.settings.FileLoc = work;
     engine.settings.WarnTxt = QStringLiteral("I am watching you %name%.");
 

@@ -28,10 +28,8 @@
 #include "players/StatusParser.h"
 
 #include <QObject>
-#include <QTimer>
 
 #include <functional>
-#include <memory>
 
 class CheckRoutine;
 class Clock;
@@ -51,12 +49,16 @@ struct EngineParts
     QString programDirectory;
 };
 
-// The engine's state and its run control: how the program comes up, the run switch,
-// the timers that drive the checks and the orderly stop. Everything runs on one
-// thread; flags stand in for locks because Pause runs events inside whatever routine
-// called it. Each flag sits with the one routine that sets it and is read elsewhere
-// only: engineRunning here, checkRunning with the check routine, waitingForServer and
-// queueDraining with the queue, serverAnswered with the link, logOpen with the log.
+// The engine: every part built from the clock, the view and the parts it is given, and
+// the run control that drives them: how the program comes up, the run switch, the timers
+// that drive the checks and the orderly stop. It is the one place that knows every part;
+// a main builds it with a View of its own and hands the operator's actions to it.
+//
+// Everything runs on one thread; flags stand in for locks because Pause runs events
+// inside whatever routine called it. Each flag sits with the one routine that sets it and
+// is read elsewhere only: engineRunning here, checkRunning with the check routine,
+// waitingForServer and queueDraining with the queue, serverAnswered with the link,
+// logOpen with the log.
 class Engine : public QObject, public RunControl
 {
     Q_OBJECT
@@ -64,12 +66,15 @@ public:
     Engine(Clock &clock, View &view, EngineParts parts = {}, QObject *parent = nullptr);
     ~Engine() override;
 
-    Clock &clock() { return m_clock; }
-    View &view() { return m_view; }
+    // The settings block and the statistics: module state, read by whoever needs a value.
+    Settings settings;
+    Stats stats;
+
     OutputPane &pane() { return m_pane; }
     ActivityLog &log() { return m_log; }
     ErrorLog &errors() { return m_errors; }
     SettingsStore &store() { return m_store; }
+    ListFiles &lists() { return m_lists; }
     RconLink &link() { return m_link; }
     CommandQueue &queue() { return m_queue; }
     PlayerState &players() { return m_players; }
@@ -78,7 +83,6 @@ public:
     PlayerGrid &grid() { return m_grid; }
     ScoreReader &scores() { return m_scores; }
     StatusCycle &statusCycle() { return m_statusCycle; }
-    ListFiles &lists() { return m_lists; }
     Variables &variables() { return m_variables; }
     Announcer &announcer() { return m_announcer; }
     BanAction &ban() { return m_ban; }
@@ -87,39 +91,34 @@ public:
     CheckCycle &checkCycle() { return m_checkCycle; }
     OperatorActions &actions() { return m_actions; }
 
-    Settings settings;
-    Stats stats;
-
-    // Start has been pressed and Stop has not. Only the run switch sets it.
-    bool engineRunning() const override { return m_engineRunning; }
-    // A check is under way, as the check routine in use says.
-    bool checkRunning() const;
-
-    Ticker timKickcheck;
-    Ticker timProgress;
-    qint32 intProgressCheck = 0;
+    // The check timer: one check a tick. The tolerances dialog sets its interval.
+    Ticker &timKickcheck() { return m_timKickcheck; }
+    // The progress bar's timer: one second a tick between two checks.
+    const Ticker &timProgress() const { return m_timProgress; }
 
     // Start-up, before the window opens.
     void FirstRunCheck();
     void LoadSettings(const QString &strAppName);
 
     void Form_Load(const QString &commandLine);
+    // The run switch: Start when the engine is stopped, else Stop.
     void cmdStart_Click() override;
     void timKickcheck_Timer();
     void timProgress_Timer();
     void SetCommandControls(int intEnable);
+    // The orderly stop; finished() follows.
     void Form_Unload();
     void chkSettings_Click(bool ticked);
-
     // The Status command of the window.
     void mnuStatus_Click();
-
-    // One check of the timer.
+    // One check, by the check routine in use.
     void TkCheck();
 
+    // Start has been pressed and Stop has not. Only the run switch sets it.
+    bool engineRunning() const override { return m_engineRunning; }
+    bool unloaded() const override { return m_unloaded; }
     // Waits with events running; ends at once when the window has unloaded.
     void Pause(double seconds) const override;
-    bool unloaded() const override { return m_unloaded; }
 
 Q_SIGNALS:
     // The orderly stop is done; the window closes and the process ends.
@@ -155,6 +154,10 @@ private:
     OperatorActions m_actions;
     CheckRoutine &m_check;
     std::function<void()> m_statusCommand;
+
+    Ticker m_timKickcheck;
+    Ticker m_timProgress;
+    qint32 intProgressCheck = 0;
     bool m_engineRunning = false;
     bool m_unloading = false;
     bool m_unloaded = false;

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "core/Engine.h"
+#include "engine/Engine.h"
 
 #include "core/Clock.h"
 #include "core/RuntimeError.h"
@@ -9,8 +9,6 @@
 
 Engine::Engine(Clock &clock, View &view, EngineParts parts, QObject *parent)
     : QObject(parent)
-    , timKickcheck(clock)
-    , timProgress(clock)
     , m_clock(clock)
     , m_view(view)
     , m_pane(view)
@@ -36,10 +34,12 @@ Engine::Engine(Clock &clock, View &view, EngineParts parts, QObject *parent)
     , m_actions(view, m_players, m_kick, m_ban, m_grid, m_queue, settings, m_errors, *this)
     , m_check(parts.check ? *parts.check : m_checkCycle)
     , m_statusCommand(std::move(parts.statusCommand))
+    , m_timKickcheck(clock)
+    , m_timProgress(clock)
 {
-    connect(&timKickcheck, &Ticker::tick, this,
+    connect(&m_timKickcheck, &Ticker::tick, this,
             [this] { m_errors.guarded(QStringLiteral("timKickcheck_Timer"), [this] { timKickcheck_Timer(); }); });
-    connect(&timProgress, &Ticker::tick, this,
+    connect(&m_timProgress, &Ticker::tick, this,
             [this] { m_errors.guarded(QStringLiteral("timProgress_Timer"), [this] { timProgress_Timer(); }); });
 }
 
@@ -116,10 +116,10 @@ void Engine::Form_Load(const QString &commandLine)
         m_view.setTrayShown(settings.SysTray);
         if (settings.CheckInt < 5000)
             settings.CheckInt = 5000;
-        timKickcheck.setInterval(settings.CheckInt);
-        timKickcheck.stop();
-        timProgress.setInterval(1000);
-        timProgress.stop();
+        m_timKickcheck.setInterval(settings.CheckInt);
+        m_timKickcheck.stop();
+        m_timProgress.setInterval(1000);
+        m_timProgress.stop();
         m_link.forgetAnswer();
         m_announcer.Announce_Timer_Control(settings.intAnnouce == 1 ? QStringLiteral("ON") : QStringLiteral("OFF"));
         m_log.resetLogOpen();
@@ -142,9 +142,9 @@ void Engine::Form_Load(const QString &commandLine)
 void Engine::cmdStart_Click()
 {
     if (!m_engineRunning) {
-        timKickcheck.start();
+        m_timKickcheck.start();
         setProgress(0);
-        timProgress.start();
+        m_timProgress.start();
         m_view.setStartCaption(QStringLiteral("Stop"));
         m_engineRunning = true;
         if (settings.SaveLog)
@@ -153,8 +153,8 @@ void Engine::cmdStart_Click()
         saveSettings(settings.SaveSettings);
         mnuStatus_Click();
     } else {
-        timKickcheck.stop();
-        timProgress.stop();
+        m_timKickcheck.stop();
+        m_timProgress.stop();
         intProgressCheck = 0;
         setProgress(0);
         m_view.setStartCaption(QStringLiteral("Start"));
@@ -178,15 +178,10 @@ void Engine::TkCheck()
     m_check.TkCheck();
 }
 
-bool Engine::checkRunning() const
-{
-    return m_check.checkRunning();
-}
-
 void Engine::timKickcheck_Timer()
 {
     m_pane.append(QStringLiteral("\r\nRunning a TK check.....\r\n"));
-    timProgress.stop();
+    m_timProgress.stop();
     setProgress(progressMaximum());
     if (!m_check.checkRunning()) {
         SetCommandControls(0);
@@ -196,7 +191,7 @@ void Engine::timKickcheck_Timer()
     intProgressCheck = 0;
     setProgress(0);
     if (m_engineRunning && !m_unloaded)
-        timProgress.start();
+        m_timProgress.start();
 }
 
 void Engine::timProgress_Timer()
@@ -208,7 +203,7 @@ void Engine::timProgress_Timer()
 int Engine::progressMaximum() const
 {
     // The bar counts the seconds of one check interval.
-    return qRound(static_cast<float>(timKickcheck.interval()) / 1000.0f);
+    return qRound(static_cast<float>(m_timKickcheck.interval()) / 1000.0f);
 }
 
 void Engine::setProgress(int value)
