@@ -45,8 +45,8 @@ const QString frmAbout::siteAddress = QStringLiteral("https://www.ea.com/games/m
 const QStringList frmAbout::sysInfoPrograms{QStringLiteral("hardinfo2"), QStringLiteral("hardinfo"),
                                             QStringLiteral("kinfocenter"), QStringLiteral("gnome-system-monitor")};
 
-frmAbout::frmAbout(Engine &engine, Prompts &prompts, QWidget *parent)
-    : FormDialog(engine, prompts, parent, QStringLiteral("frmAbout"), QString(), 7380, 4560)
+frmAbout::frmAbout(ErrorLog &errors, Prompts &prompts, QWidget *parent)
+    : FormDialog(errors, prompts, parent, QStringLiteral("frmAbout"), QString(), 7380, 4560)
 {
     Picture1 = place<QLabel>(this, u"Picture1", 0, 0, 2760, 4560);
     Picture1->setPixmap(aboutPicture(Picture1->size()));

@@ -12,7 +12,7 @@ class frmAbout : public FormDialog
 {
     Q_OBJECT
 public:
-    frmAbout(Engine &engine, Prompts &prompts, QWidget *parent);
+    frmAbout(ErrorLog &errors, Prompts &prompts, QWidget *parent);
 
     static const QString siteAddress;
     // Programs that show what the system is, tried in this order.

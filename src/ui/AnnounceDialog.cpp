@@ -1,8 +1,12 @@
 // SPDX-License-Identifier: MIT
 #include "ui/AnnounceDialog.h"
 
-#include "engine/Engine.h"
+#include "core/ErrorLog.h"
+#include "core/RunControl.h"
 #include "core/RuntimeError.h"
+#include "core/Settings.h"
+#include "messages/Announcer.h"
+#include "messages/ListFiles.h"
 #include "ui/CodedItems.h"
 #include "ui/GameCodesDialog.h"
 #include "ui/ListFileText.h"
@@ -20,8 +24,13 @@
 
 using Twips::place;
 
-frmAnnounce::frmAnnounce(Engine &engine, Prompts &prompts, QWidget *parent)
-    : FormDialog(engine, prompts, parent, QStringLiteral("frmAnnounce"), QStringLiteral("QVN - Announcement"), 6600, 5280)
+frmAnnounce::frmAnnounce(Settings &settings, ListFiles &lists, Announcer &announcer, const RunControl &runSwitch,
+                         ErrorLog &errors, Prompts &prompts, QWidget *parent)
+    : FormDialog(errors, prompts, parent, QStringLiteral("frmAnnounce"), QStringLiteral("QVN - Announcement"), 6600, 5280)
+    , m_settings(settings)
+    , m_lists(lists)
+    , m_announcer(announcer)
+    , m_run(runSwitch)
 {
     Label2 = place<QLabel>(this, u"Label2", u"Server Messages", 120, 120, 3000, 300);
     txtAnnounce = place<QPlainTextEdit>(this, u"txtAnnounce", 120, 420, 6360, 2760);
@@ -55,12 +64,12 @@ frmAnnounce::frmAnnounce(Engine &engine, Prompts &prompts, QWidget *parent)
 
 QString frmAnnounce::path() const
 {
-    return m_engine.settings.FileLoc + ListFiles::servmsgFile;
+    return m_settings.FileLoc + ListFiles::servmsgFile;
 }
 
 void frmAnnounce::Form_Load()
 {
-    const Settings &s = m_engine.settings;
+    const Settings &s = m_settings;
     cboAnnounce->addItems(CodedItems::announceEvery().texts());
     chkAnnounce->setChecked(s.intAnnouce == 1);
     optRandom->setChecked(s.MsgRandom);
@@ -72,14 +81,14 @@ void frmAnnounce::Form_Load()
 
 void frmAnnounce::Load_Srv_Msg()
 {
-    m_engine.errors().catching(QStringLiteral("Error loading announcements (Load_Srv_Msg)"), [&] {
+    m_errors.catching(QStringLiteral("Error loading announcements (Load_Srv_Msg)"), [&] {
         m_lineEnd = ListFileText::load(path(), *txtAnnounce);
     });
 }
 
 void frmAnnounce::Save_Srv_Msg()
 {
-    m_engine.errors().catching(QStringLiteral("Error saving server announcements (Save_Srv_Msg)"), [&] {
+    m_errors.catching(QStringLiteral("Error saving server announcements (Save_Srv_Msg)"), [&] {
         if (!QFile::exists(path()))
             throw RuntimeError(RuntimeError::FileError, QStringLiteral("File not found"));
         ListFileText::save(path(), *txtAnnounce, m_lineEnd);
@@ -97,25 +106,25 @@ void frmAnnounce::chkAnnounce_Click()
 
 void frmAnnounce::cmdGameCodes_Click()
 {
-    frmGameCodes codes(m_engine, m_prompts, this);
+    frmGameCodes codes(m_errors, m_prompts, this);
     codes.exec();
 }
 
 void frmAnnounce::cmdOkay_Click()
 {
-    Settings &s = m_engine.settings;
+    Settings &s = m_settings;
     s.intAnnouce = chkAnnounce->isChecked() ? 1 : 0;
     s.MsgRandom = optRandom->isChecked();
     Save_Srv_Msg();
-    m_engine.lists().LoadServerMessages(); // the sequence starts again at the first message
+    m_lists.LoadServerMessages(); // the sequence starts again at the first message
     s.lngAnnounce = CodedItems::announceEvery().valueOf(cboAnnounce->currentText());
-    Announcer &announcer = m_engine.announcer();
+    Announcer &announcer = m_announcer;
     // Only a switch touches the timer: a running one keeps its count under the new interval.
     if (s.intAnnouce == 1 && !announcer.timAnnounce.isActive())
         announcer.Announce_Timer_Control(QStringLiteral("ON"));
     else if (s.intAnnouce == 0 && announcer.timAnnounce.isActive())
         announcer.Announce_Timer_Control(QStringLiteral("OFF"));
-    if (s.intAnnouce == 1 && !m_engine.engineRunning())
+    if (s.intAnnouce == 1 && !m_run.engineRunning())
         m_prompts.information(this, QStringLiteral("Announcements will be sent as soon as you click Start on the main screen."));
     accept();
 }

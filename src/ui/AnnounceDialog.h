@@ -3,6 +3,8 @@
 
 #include "ui/FormDialog.h"
 
+class Announcer;
+class ListFiles;
 class QCheckBox;
 class QComboBox;
 class QGroupBox;
@@ -10,13 +12,17 @@ class QLabel;
 class QPlainTextEdit;
 class QPushButton;
 class QRadioButton;
+class RunControl;
+struct Settings;
 
 // frmAnnounce: the server messages the announcer says, and its switch, interval and order.
 class frmAnnounce : public FormDialog
 {
     Q_OBJECT
 public:
-    frmAnnounce(Engine &engine, Prompts &prompts, QWidget *parent);
+    // `runSwitch`: whether the engine runs, for the word on when announcements begin.
+    frmAnnounce(Settings &settings, ListFiles &lists, Announcer &announcer, const RunControl &runSwitch, ErrorLog &errors,
+                Prompts &prompts, QWidget *parent);
 
 private:
     void Form_Load();
@@ -34,5 +40,9 @@ private:
     QGroupBox *fraSequence;
     QRadioButton *optRandom, *optSequential;
     QPushButton *cmdGameCodes, *cmdOkay, *cmdCancel;
+    Settings &m_settings;
+    ListFiles &m_lists;
+    Announcer &m_announcer;
+    const RunControl &m_run;
     QString m_lineEnd = QStringLiteral("\r\n");
 };

@@ -1,8 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "ui/EditFileDialog.h"
 
-#include "engine/Engine.h"
+#include "core/ErrorLog.h"
 #include "core/RuntimeError.h"
+#include "core/Settings.h"
+#include "messages/ListFiles.h"
 #include "ui/ListFileText.h"
 #include "ui/Prompts.h"
 #include "ui/Twips.h"
@@ -12,8 +14,11 @@
 
 using Twips::place;
 
-frmEditFile::frmEditFile(Engine &engine, Prompts &prompts, QWidget *parent)
-    : FormDialog(engine, prompts, parent, QStringLiteral("frmEditFile"), QStringLiteral("QVN - "), 6240, 4920)
+frmEditFile::frmEditFile(const Settings &settings, ListFiles &lists, ErrorLog &errors, Prompts &prompts,
+                         QWidget *parent)
+    : FormDialog(errors, prompts, parent, QStringLiteral("frmEditFile"), QStringLiteral("QVN - "), 6240, 4920)
+    , m_settings(settings)
+    , m_lists(lists)
 {
     txtEdit = place<QPlainTextEdit>(this, u"txtEdit", 60, 60, 6120, 4260);
     txtEdit->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
@@ -33,8 +38,8 @@ frmEditFile::frmEditFile(Engine &engine, Prompts &prompts, QWidget *parent)
 void frmEditFile::Edit_File(const QString &fName, const QString &wTitle)
 {
     m_fName = fName;
-    m_engine.errors().catching(QStringLiteral("Error editing ") + fName, [&] {
-        m_lineEnd = ListFileText::load(m_engine.settings.FileLoc + fName, *txtEdit);
+    m_errors.catching(QStringLiteral("Error editing ") + fName, [&] {
+        m_lineEnd = ListFileText::load(m_settings.FileLoc + fName, *txtEdit);
     });
     setWindowTitle(QStringLiteral("QVN - ") + wTitle);
 }
@@ -42,11 +47,11 @@ void frmEditFile::Edit_File(const QString &fName, const QString &wTitle)
 void frmEditFile::cmdSave_Click()
 {
     QString reason;
-    const bool saved = m_engine.errors().catching(
+    const bool saved = m_errors.catching(
         QStringLiteral("Error saving changes to ") + m_fName,
         [&] {
             try {
-                ListFileText::save(m_engine.settings.FileLoc + m_fName, *txtEdit, m_lineEnd);
+                ListFileText::save(m_settings.FileLoc + m_fName, *txtEdit, m_lineEnd);
             } catch (const RuntimeError &e) {
                 reason = e.description();
                 throw;
@@ -65,7 +70,7 @@ void frmEditFile::cmdSave_Click()
 
 void frmEditFile::reloadTable()
 {
-    ListFiles &lists = m_engine.lists();
+    ListFiles &lists = m_lists;
     const QList<std::pair<QString, void (ListFiles::*)()>> loaders{
         {ListFiles::bannedFile, &ListFiles::LoadBannedNames},  {ListFiles::servmsgFile, &ListFiles::LoadServerMessages},
         {ListFiles::badnamesFile, &ListFiles::LoadBadNames},   {ListFiles::bannedIPFile, &ListFiles::LoadBannedIPs},

@@ -3,8 +3,10 @@
 
 #include "ui/FormDialog.h"
 
+class ListFiles;
 class QPlainTextEdit;
 class QPushButton;
+struct Settings;
 
 // frmEditFile: a plain editor for one list file of the working folder. Save writes the
 // file and reloads its table at once, so the change is live at the next check.
@@ -12,7 +14,8 @@ class frmEditFile : public FormDialog
 {
     Q_OBJECT
 public:
-    frmEditFile(Engine &engine, Prompts &prompts, QWidget *parent);
+    // `lists`: the table that a save reloads; `settings`: the folder, FileLoc.
+    frmEditFile(const Settings &settings, ListFiles &lists, ErrorLog &errors, Prompts &prompts, QWidget *parent);
 
     // Load the form, call this, then show it modally: the form is empty until it has run.
     void Edit_File(const QString &fName, const QString &wTitle = QString());
@@ -23,6 +26,8 @@ private:
 
     QPlainTextEdit *txtEdit;
     QPushButton *cmdSave, *cmdCancel;
+    const Settings &m_settings;
+    ListFiles &m_lists;
     QString m_fName;
     QString m_lineEnd = QStringLiteral("\r\n");
 };

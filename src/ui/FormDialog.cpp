@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "ui/FormDialog.h"
 
-#include "engine/Engine.h"
+#include "core/ErrorLog.h"
 #include "ui/FittingFont.h"
 #include "ui/Twips.h"
 
@@ -10,10 +10,10 @@
 #include <QLabel>
 #include <QPushButton>
 
-FormDialog::FormDialog(Engine &engine, Prompts &prompts, QWidget *parent, const QString &name, const QString &caption,
+FormDialog::FormDialog(ErrorLog &errors, Prompts &prompts, QWidget *parent, const QString &name, const QString &caption,
                        int widthTwips, int heightTwips)
     : QDialog(parent, Qt::Dialog | Qt::CustomizeWindowHint | Qt::WindowTitleHint | Qt::WindowCloseButtonHint)
-    , m_engine(engine)
+    , m_errors(errors)
     , m_prompts(prompts)
 {
     setObjectName(name);
@@ -61,7 +61,7 @@ void FormDialog::showText(QComboBox *box, const QString &text)
 
 void FormDialog::run(const QString &routine, const std::function<void()> &handler)
 {
-    m_engine.errors().guarded(routine, handler);
+    m_errors.guarded(routine, handler);
 }
 
 void FormDialog::keyPressEvent(QKeyEvent *event)

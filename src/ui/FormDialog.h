@@ -5,7 +5,7 @@
 
 #include <functional>
 
-class Engine;
+class ErrorLog;
 class Prompts;
 class QComboBox;
 
@@ -16,7 +16,7 @@ class FormDialog : public QDialog
 {
     Q_OBJECT
 public:
-    FormDialog(Engine &engine, Prompts &prompts, QWidget *parent, const QString &name, const QString &caption, int widthTwips,
+    FormDialog(ErrorLog &errors, Prompts &prompts, QWidget *parent, const QString &name, const QString &caption, int widthTwips,
                int heightTwips);
 
 protected:
@@ -32,7 +32,7 @@ protected:
     void run(const QString &routine, const std::function<void()> &handler);
     void keyPressEvent(QKeyEvent *event) override;
 
-    Engine &m_engine;
+    ErrorLog &m_errors;
     Prompts &m_prompts;
 
 private:

@@ -79,8 +79,8 @@ QString frmGameCodes::reference()
     return text;
 }
 
-frmGameCodes::frmGameCodes(Engine &engine, Prompts &prompts, QWidget *parent)
-    : FormDialog(engine, prompts, parent, QStringLiteral("frmGameCodes"), QStringLiteral("Game Codes"), 7200, 6720)
+frmGameCodes::frmGameCodes(ErrorLog &errors, Prompts &prompts, QWidget *parent)
+    : FormDialog(errors, prompts, parent, QStringLiteral("frmGameCodes"), QStringLiteral("Game Codes"), 7200, 6720)
 {
     setWindowIcon(QIcon()); // a reference window has no icon of its own
     auto *Label1 = place<QLabel>(this, u"Label1",

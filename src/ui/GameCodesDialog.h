@@ -8,7 +8,7 @@ class frmGameCodes : public FormDialog
 {
     Q_OBJECT
 public:
-    frmGameCodes(Engine &engine, Prompts &prompts, QWidget *parent);
+    frmGameCodes(ErrorLog &errors, Prompts &prompts, QWidget *parent);
 
     // The reference, line by line with CR LF behind each line.
     static QString reference();

@@ -190,31 +190,33 @@ void frmMain::cmdSay_Click()
 // The dialogs open modally; the timers go on while they are open.
 void frmMain::mnuOther_Click()
 {
-    frmOther dialog(*m_engine, m_engine->actions(), m_prompts, this);
+    frmOther dialog(m_engine->actions(), m_engine->errors(), m_prompts, this);
     dialog.exec();
 }
 
 void frmMain::mnuAnnounce_Click()
 {
-    frmAnnounce dialog(*m_engine, m_prompts, this);
+    Engine &e = *m_engine;
+    frmAnnounce dialog(e.settings, e.lists(), e.announcer(), e, e.errors(), m_prompts, this);
     dialog.exec();
 }
 
 void frmMain::mnuTolerance_Click()
 {
-    frmTolerance dialog(*m_engine, m_prompts, this);
+    Engine &e = *m_engine;
+    frmTolerance dialog(e.settings, e.lists(), e.timKickcheck(), e.errors(), m_prompts, this);
     dialog.exec();
 }
 
 void frmMain::mnuSettings_Click()
 {
-    frmSettings dialog(*m_engine, m_prompts, this);
+    frmSettings dialog(m_engine->settings, m_engine->log(), m_engine->errors(), m_prompts, this);
     dialog.exec();
 }
 
 void frmMain::mnuAbout_Click()
 {
-    frmAbout dialog(*m_engine, m_prompts, this);
+    frmAbout dialog(m_engine->errors(), m_prompts, this);
     dialog.exec();
 }
 

@@ -11,8 +11,8 @@
 
 using Twips::place;
 
-frmOther::frmOther(Engine &engine, OperatorActions &actions, Prompts &prompts, QWidget *parent)
-    : FormDialog(engine, prompts, parent, QStringLiteral("frmOther"), QStringLiteral("Other Command"), 5400, 1500)
+frmOther::frmOther(OperatorActions &actions, ErrorLog &errors, Prompts &prompts, QWidget *parent)
+    : FormDialog(errors, prompts, parent, QStringLiteral("frmOther"), QStringLiteral("Other Command"), 5400, 1500)
     , m_actions(actions)
 {
     auto *hint = place<QLabel>(this, u"lblHint",

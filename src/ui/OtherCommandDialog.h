@@ -13,7 +13,7 @@ class frmOther : public FormDialog
 {
     Q_OBJECT
 public:
-    frmOther(Engine &engine, OperatorActions &actions, Prompts &prompts, QWidget *parent);
+    frmOther(OperatorActions &actions, ErrorLog &errors, Prompts &prompts, QWidget *parent);
 
     void cmdSend_Click();
 

@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "ui/SettingsDialog.h"
 
-#include "engine/Engine.h"
+#include "core/ActivityLog.h"
+#include "core/Settings.h"
+#include "core/SettingsStore.h"
 #include "core/Text.h"
 #include "ui/Entries.h"
 #include "ui/Prompts.h"
@@ -24,8 +26,10 @@
 
 using Twips::place;
 
-frmSettings::frmSettings(Engine &engine, Prompts &prompts, QWidget *parent)
-    : FormDialog(engine, prompts, parent, QStringLiteral("frmSettings"), QStringLiteral("Settings"), 8160, 4200)
+frmSettings::frmSettings(Settings &settings, ActivityLog &log, ErrorLog &errors, Prompts &prompts, QWidget *parent)
+    : FormDialog(errors, prompts, parent, QStringLiteral("frmSettings"), QStringLiteral("Settings"), 8160, 4200)
+    , m_settings(settings)
+    , m_log(log)
 {
     Frame1 = place<QGroupBox>(this, u"Frame1", 120, 120, 3840, 1470);
     Frame1->setTitle(QStringLiteral("Logging"));
@@ -60,8 +64,8 @@ frmSettings::frmSettings(Engine &engine, Prompts &prompts, QWidget *parent)
 
     connect(chkLog, &QCheckBox::clicked, this, &frmSettings::chkLog_Click);
     // The level changes at the click, without waiting for OK; Cancel keeps it.
-    connect(optBrief, &QRadioButton::clicked, this, [this] { m_engine.settings.LogBrief = true; });
-    connect(optVerbose, &QRadioButton::clicked, this, [this] { m_engine.settings.LogBrief = false; });
+    connect(optBrief, &QRadioButton::clicked, this, [this] { m_settings.LogBrief = true; });
+    connect(optVerbose, &QRadioButton::clicked, this, [this] { m_settings.LogBrief = false; });
     connect(cmdOK, &QPushButton::clicked, this, [this] { run(QStringLiteral("cmdOK_Click"), [this] { cmdOK_Click(); }); });
     connect(cmdCancel, &QPushButton::clicked, this, &QDialog::reject);
     Form_Load();
@@ -69,7 +73,7 @@ frmSettings::frmSettings(Engine &engine, Prompts &prompts, QWidget *parent)
 
 void frmSettings::Form_Load()
 {
-    const Settings &s = m_engine.settings;
+    const Settings &s = m_settings;
     chkLog->setChecked(s.SaveLog);
     drvDrive->setEnabled(false);
     chkLog_Click();
@@ -95,8 +99,8 @@ void frmSettings::chkLog_Click()
     const bool on = chkLog->isChecked();
     optBrief->setEnabled(on);
     optVerbose->setEnabled(on);
-    optBrief->setChecked(m_engine.settings.LogBrief);
-    optVerbose->setChecked(!m_engine.settings.LogBrief);
+    optBrief->setChecked(m_settings.LogBrief);
+    optVerbose->setChecked(!m_settings.LogBrief);
 }
 
 QString frmSettings::chosenDirectory() const
@@ -131,7 +135,7 @@ void frmSettings::cmdOK_Click()
 {
     if (!entriesFit())
         return;
-    Settings &s = m_engine.settings;
+    Settings &s = m_settings;
     s.SaveLog = chkLog->isChecked();
     s.LogBrief = optBrief->isChecked();
     const QString chosen = chosenDirectory();
@@ -143,7 +147,7 @@ void frmSettings::cmdOK_Click()
             m_prompts.information(this, QStringLiteral("The directory (") + s.FileLoc
                                            + QStringLiteral(") was not changed."));
     }
-    ActivityLog &log = m_engine.log();
+    ActivityLog &log = m_log;
     if (s.SaveLog && !log.logOpen())
         log.OpenLog();
     else if (!s.SaveLog && log.logOpen())

@@ -3,6 +3,7 @@
 
 #include "ui/FormDialog.h"
 
+class ActivityLog;
 class QCheckBox;
 class QComboBox;
 class QFileSystemModel;
@@ -12,6 +13,7 @@ class QLineEdit;
 class QPushButton;
 class QRadioButton;
 class QTreeView;
+struct Settings;
 
 // frmSettings: the program's housekeeping: the activity log, the working folder and three
 // values of the server link.
@@ -19,7 +21,8 @@ class frmSettings : public FormDialog
 {
     Q_OBJECT
 public:
-    frmSettings(Engine &engine, Prompts &prompts, QWidget *parent);
+    // `log`: opened or closed at once as Save log says.
+    frmSettings(Settings &settings, ActivityLog &log, ErrorLog &errors, Prompts &prompts, QWidget *parent);
 
 private:
     void Form_Load();
@@ -39,4 +42,6 @@ private:
     QComboBox *drvDrive;
     QPushButton *cmdOK, *cmdCancel;
     QFileSystemModel *m_folders;
+    Settings &m_settings;
+    ActivityLog &m_log;
 };

@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "ui/ToleranceDialog.h"
 
-#include "engine/Engine.h"
+#include "core/Settings.h"
 #include "core/Text.h"
+#include "core/Ticker.h"
 #include "ui/CodedItems.h"
 #include "ui/EditFileDialog.h"
 #include "ui/Entries.h"
@@ -41,8 +42,12 @@ const QString frmTolerance::forceKickHelp = QStringLiteral(
     "check the player list for banned names, force kick sends a kick command to the server whether the player is in "
     "the server's list or not.");
 
-frmTolerance::frmTolerance(Engine &engine, Prompts &prompts, QWidget *parent)
-    : FormDialog(engine, prompts, parent, QStringLiteral("frmTolerance"), QStringLiteral("QVN - Tolerances"), 9600, 7950)
+frmTolerance::frmTolerance(Settings &settings, ListFiles &lists, Ticker &timKickcheck, ErrorLog &errors,
+                           Prompts &prompts, QWidget *parent)
+    : FormDialog(errors, prompts, parent, QStringLiteral("frmTolerance"), QStringLiteral("QVN - Tolerances"), 9600, 7950)
+    , m_settings(settings)
+    , m_lists(lists)
+    , m_timKickcheck(timKickcheck)
 {
     buildPatrol();
     buildPolice();
@@ -163,7 +168,7 @@ void frmTolerance::connectControls()
 
 void frmTolerance::Form_Load()
 {
-    Settings &s = m_engine.settings;
+    Settings &s = m_settings;
     cboWarning->addItems({QStringLiteral("I am watching you %name%."), QStringLiteral("Cut the TKing crap, %name%."),
                           QStringLiteral("Check your fire, %name%. You have a negative score.")});
     cboBanType->addItems(CodedItems::banType().texts());
@@ -280,7 +285,7 @@ void frmTolerance::cmdForceKickHelp_Click()
 
 void frmTolerance::editList(const QString &fName, const QString &wTitle)
 {
-    frmEditFile editor(m_engine, m_prompts, this);
+    frmEditFile editor(m_settings, m_lists, m_errors, m_prompts, this);
     editor.Edit_File(fName, wTitle);
     editor.exec();
 }
@@ -329,7 +334,7 @@ void frmTolerance::cmdOkay_Click()
     if (!entriesFit())
         return;
     using Entries::whole;
-    Settings &s = m_engine.settings;
+    Settings &s = m_settings;
     const auto number = [](const QLineEdit *box) { return *whole(box->text(), Entries::int32Min, Entries::int32Max); };
     s.Warn = chkWarn->isChecked();
     s.WarnTxt = cboWarning->currentText();
@@ -365,6 +370,6 @@ void frmTolerance::cmdOkay_Click()
         m_prompts.information(this, QStringLiteral("The timer's range is 5 to 60 seconds. Resetting to 30 seconds."));
         s.CheckInt = 30000;
     }
-    m_engine.timKickcheck().setInterval(s.CheckInt);
+    m_timKickcheck.setInterval(s.CheckInt);
     accept();
 }

@@ -3,12 +3,15 @@
 
 #include "ui/FormDialog.h"
 
+class ListFiles;
 class QCheckBox;
+class Ticker;
 class QComboBox;
 class QGroupBox;
 class QLabel;
 class QLineEdit;
 class QPushButton;
+struct Settings;
 
 // frmTolerance: the enforcement policies. Okay writes them to the settings in memory,
 // where the policies read them at their next run; it also edits four of the lists.
@@ -16,7 +19,9 @@ class frmTolerance : public FormDialog
 {
     Q_OBJECT
 public:
-    frmTolerance(Engine &engine, Prompts &prompts, QWidget *parent);
+    // `lists`: four of them are edited from here. `timKickcheck`: takes CheckInt at once.
+    frmTolerance(Settings &settings, ListFiles &lists, Ticker &timKickcheck, ErrorLog &errors, Prompts &prompts,
+                 QWidget *parent);
 
     static const QString forceKickHelp;
 
@@ -67,4 +72,8 @@ private:
     QComboBox *cboWarning;
 
     QPushButton *cmdOkay, *cmdCancel;
+
+    Settings &m_settings;
+    ListFiles &m_lists;
+    Ticker &m_timKickcheck;
 };

@@ -292,7 +292,7 @@ private Q_SLOTS:
         const QString path = w.env.workDir() + u"immuneIP.txt"_s;
         TestEnv::writeFile(path, "1.2.3.4\r\n"_ba);
         Boxes boxes;
-        frmEditFile editor(w.engine, w.prompts, &w.window);
+        frmEditFile editor(w.settings(), w.engine.lists(), w.engine.errors(), w.prompts, &w.window);
         editor.Edit_File(u"immuneIP.txt"_s, u"Editing Immune IPs"_s);
         QVERIFY(whileOpen<frmEditFile>([&] { editor.exec(); }, [&](frmEditFile &d) {
             type(control(d, u"txtEdit"_s), QString(1500, u'9'));

@@ -56,19 +56,19 @@ int main(int argc, char **argv)
     engine.settings.FileLoc = work;
     engine.settings.WarnTxt = QStringLiteral("I am watching you %name%.");
 
-    frmTolerance tolerance(engine, prompts, &window);
+    frmTolerance tolerance(engine.settings, engine.lists(), engine.timKickcheck(), engine.errors(), prompts, &window);
     shoot(tolerance, out + QStringLiteral("/tolerances.png"));
     engine.settings.intAnnouce = 1;
     engine.settings.lngAnnounce = 5;
-    frmAnnounce announce(engine, prompts, &window);
+    frmAnnounce announce(engine.settings, engine.lists(), engine.announcer(), engine, engine.errors(), prompts, &window);
     shoot(announce, out + QStringLiteral("/announcement.png"));
-    frmSettings settings(engine, prompts, &window);
+    frmSettings settings(engine.settings, engine.log(), engine.errors(), prompts, &window);
     shoot(settings, out + QStringLiteral("/settings.png"));
-    frmAbout about(engine, prompts, &window);
+    frmAbout about(engine.errors(), prompts, &window);
     shoot(about, out + QStringLiteral("/about.png"));
-    frmGameCodes codes(engine, prompts, &window);
+    frmGameCodes codes(engine.errors(), prompts, &window);
     shoot(codes, out + QStringLiteral("/game-codes.png"));
-    frmEditFile editor(engine, prompts, &window);
+    frmEditFile editor(engine.settings, engine.lists(), engine.errors(), prompts, &window);
     editor.Edit_File(QStringLiteral("banned.txt"), QStringLiteral("Editing Banned Names"));
     shoot(editor, out + QStringLiteral("/list-editor.png"));
     return 0;
