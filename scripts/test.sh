@@ -1,11 +1,14 @@
 #!/usr/bin/env bash
 # SPDX-License-Identifier: MIT
-# Installs, builds and runs the whole test suite: a plain build, then again under
+# Installs, builds and runs the whole test suite: the layer check, a plain build, then again under
 # AddressSanitizer and UndefinedBehaviorSanitizer, then the fuzz target for a bounded time.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 bash scripts/install-deps.sh
 jobs=$(nproc)
+
+# No include goes up the layers of src/LAYERS.
+bash scripts/check-layers.sh
 
 cmake -S . -B build -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo -DQUORVANE_WERROR=ON -DQUORVANE_BUILD_BENCH=ON >/dev/null
 cmake --build build -j "$jobs"
