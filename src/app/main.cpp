@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "core/Clock.h"
-#include "engine/Engine.h"
 #include "core/SettingsStore.h"
 #include "core/StopSignals.h"
+#include "engine/Engine.h"
 #include "ui/MainWindow.h"
 #include "ui/Prompts.h"
 #include "ui/SplashScreen.h"

@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "ui/MainWindow.h"
 
-#include "engine/Engine.h"
-#include "enforcement/OperatorActions.h"
 #include "core/RuntimeError.h"
 #include "core/Text.h"
+#include "enforcement/OperatorActions.h"
+#include "engine/Engine.h"
 #include "link/RconLink.h"
 #include "ui/AboutDialog.h"
 #include "ui/AnnounceDialog.h"

@@ -16,8 +16,8 @@ class TrayIcon;
 
 // frmMain: the program's one permanent window. It is the View the engine is built with,
 // shows what the engine shows, and hands the operator's clicks to it. Build the window,
-// then the engine with it as View, then attach() the engine; the engine must stay until
-// the window goes.
+// then the engine with it as View, then attach() the engine. Once the window has closed,
+// the engine may go before it.
 class frmMain : public QMainWindow, public View
 {
     Q_OBJECT

@@ -4,9 +4,9 @@
 #include "FakeClock.h"
 #include "HeadlessView.h"
 #include "TestEnv.h"
-#include "engine/Engine.h"
 #include "core/SettingsStore.h"
 #include "enforcement/CheckRoutine.h"
+#include "engine/Engine.h"
 #include "link/CommandQueue.h"
 #include "link/RconLink.h"
 
