@@ -6,7 +6,7 @@ set -euo pipefail
 packages=(cmake ninja-build g++ clang libclang-rt-dev qt6-base-dev qt6-base-dev-tools libgl-dev
           librsvg2-bin libbenchmark-dev xvfb xauth)
 if [ "${1:-}" = packaging ]; then
-    packages+=(dpkg-dev file desktop-file-utils appstream systemd man-db)
+    packages+=(dpkg-dev file desktop-file-utils appstream systemd man-db python3)
 fi
 missing=()
 for p in "${packages[@]}"; do
