@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
 # SPDX-License-Identifier: MIT
 # What many services cost together: N instances of quorvaned, each against a simulated server
-# of its own with 64 players on loopback, a check every 5 s, the activity log on. After all
+# of its own with 64 players on loopback, a check every 5 s that reads the full table
+# (StatusInterval=1), the activity log on. After all
 # have started and a warm-up, over a window of wall time (default 60 s): the resident memory of
 # each instance (VmRSS, its peak VmHWM, and PSS, which shares the libraries' pages among the
 # instances that map them) and the CPU time of all of them together, from /proc/PID/stat.
@@ -118,13 +119,13 @@ awk -v n="$count" -v s="$seconds" -v wall="$(awk -v a="$w0" -v b="$w1" 'BEGIN { 
       if (NR == 1 || $1 < minrss) minrss = $1; if ($1 > maxrss) maxrss = $1
       if ($2 > maxhwm) maxhwm = $2; if (NR == 1 || $3 < minpss) minpss = $3; if ($3 > maxpss) maxpss = $3 }
     END {
-        printf "\n| %d instances, %d s | per instance: least | mean | most | all together |\n", n, s
+        printf "\n| %d instance%s, %d s | per instance: least | mean | most | all together |\n", n, n == 1 ? "" : "s", s
         printf "| --- | ---: | ---: | ---: | ---: |\n"
         printf "| resident (VmRSS) | %s | %s | %s | %s |\n", mb(minrss), mb(trss / n), mb(maxrss), mb(trss)
         printf "| proportional (PSS) | %s | %s | %s | %s |\n", mb(minpss), mb(tpss / n), mb(maxpss), mb(tpss)
         printf "| peak resident (VmHWM) | | | %s | |\n", mb(maxhwm)
         printf "| CPU time | | %.0f ms | | %d ms, %.2f %% of one core |\n", cpu / n, cpu, cpu / (wall * 10)
-        printf "\nchecks answered in the window: %d (%.1f per instance); the simulated servers used %d ms of CPU\n",
+        printf "\nstatus tables read in the window: %d (%.1f per instance); the simulated servers used %d ms of CPU\n",
             checks, checks / n, simcpu
     }' "$work/memory"
 
