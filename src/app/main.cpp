@@ -42,6 +42,7 @@ int main(int argc, char **argv)
     QObject::connect(&engine, &Engine::finished, &app, &QCoreApplication::quit);
     ProcessSignals processSignals;
     QObject::connect(&processSignals, &ProcessSignals::stopRequested, &window, &QWidget::close);
+    QObject::connect(&processSignals, &ProcessSignals::reloadRequested, &engine, &Engine::requestReload);
 
     engine.FirstRunCheck();
     engine.LoadSettings(SettingsStore::ownApp);
