@@ -6,13 +6,16 @@
 #include "core/ProcessSignals.h"
 #include "core/SettingsStore.h"
 #include "engine/Engine.h"
+#include "service/Journal.h"
 #include "service/JournalLine.h"
 #include "service/ServiceView.h"
+#include "service/SystemdNotifier.h"
 
 #include <QCoreApplication>
 #include <QFileInfo>
 
 #include <cstdio>
+#include <utility>
 
 namespace {
 
@@ -89,16 +92,29 @@ int main(int argc, char **argv)
     Engine engine(clock, view);
     view.attach(engine.settings);
     app.errors = &engine.errors();
+    SystemdNotifier notifier;
+    Journal journal(engine, view, notifier);
     QObject::connect(&engine, &Engine::finished, &app, &QCoreApplication::quit);
     ProcessSignals processSignals;
-    QObject::connect(&processSignals, &ProcessSignals::stopRequested, &engine, [&engine] {
+    bool stopping = false;
+    QObject::connect(&processSignals, &ProcessSignals::stopRequested, &engine, [&engine, &journal, &stopping] {
+        if (std::exchange(stopping, true))
+            return; // a second signal while the first stop runs
+        journal.stopping();
         engine.errors().guarded(QStringLiteral("Form_Unload"), [&engine] { engine.Form_Unload(); });
+    });
+    QObject::connect(&processSignals, &ProcessSignals::reloadRequested, &engine, [&engine, &journal] {
+        journal.reloadRequested();
+        engine.requestReload();
     });
 
     engine.LoadSettings(SettingsStore::ownApp);
     // The log's command line record then reads as the window's automatic start.
     engine.Form_Load(QStringLiteral("-a"));
-    if (engine.unloaded())
-        return 0; // stopped during the first exchange
-    return QCoreApplication::exec();
+    if (!engine.unloaded()) {
+        journal.started();
+        QCoreApplication::exec();
+    }
+    journal.stopped();
+    return 0;
 }
