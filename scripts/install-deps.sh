@@ -4,7 +4,7 @@
 # "packaging", also what building, checking and installing its Debian package needs.
 set -euo pipefail
 packages=(cmake ninja-build g++ clang libclang-rt-dev qt6-base-dev qt6-base-dev-tools libgl-dev
-          librsvg2-bin libbenchmark-dev xvfb xauth)
+          librsvg2-bin libbenchmark-dev libsystemd-dev xvfb xauth)
 if [ "${1:-}" = packaging ]; then
     packages+=(dpkg-dev file desktop-file-utils appstream systemd man-db python3)
 fi

@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "core/Clock.h"
+#include "core/GuardedApplication.h"
+#include "core/ProcessSignals.h"
 #include "core/SettingsStore.h"
-#include "core/StopSignals.h"
 #include "engine/Engine.h"
 #include "ui/MainWindow.h"
 #include "ui/Prompts.h"
@@ -9,38 +10,7 @@
 
 #include <QApplication>
 
-#include <exception>
-
 namespace {
-
-// The last net: a failure that no routine caught for is recorded and ends the program,
-// instead of taking the process down unrecorded.
-class QuorvaneApplication final : public QApplication
-{
-public:
-    using QApplication::QApplication;
-    Engine *engine = nullptr;
-
-    bool notify(QObject *receiver, QEvent *event) override
-    {
-        try {
-            return QApplication::notify(receiver, event);
-        } catch (const std::exception &) {
-            reportUnexpected();
-        } catch (...) {
-            reportUnexpected();
-        }
-        return false;
-    }
-
-private:
-    void reportUnexpected()
-    {
-        if (engine)
-            engine->errors().ReportError(true, QStringLiteral("Unexpected error in an event handler"));
-        std::terminate();
-    }
-};
 
 QString commandLineOf(const QStringList &arguments)
 {
@@ -52,7 +22,7 @@ QString commandLineOf(const QStringList &arguments)
 // Main: splash, first-run question, settings, a short wait, then the window.
 int main(int argc, char **argv)
 {
-    QuorvaneApplication app(argc, argv);
+    GuardedApplication<QApplication> app(argc, argv);
     QApplication::setApplicationName(QStringLiteral("Quorvane"));
     QApplication::setApplicationVersion(QStringLiteral(QUORVANE_VERSION));
     // Ties the window to the installed desktop entry and its icon.
@@ -68,10 +38,11 @@ int main(int argc, char **argv)
     frmMain window(prompts);
     Engine engine(clock, window);
     window.attach(engine);
-    app.engine = &engine;
+    app.errors = &engine.errors();
     QObject::connect(&engine, &Engine::finished, &app, &QCoreApplication::quit);
-    StopSignals stopSignals;
-    QObject::connect(&stopSignals, &StopSignals::stopRequested, &window, &QWidget::close);
+    ProcessSignals processSignals;
+    QObject::connect(&processSignals, &ProcessSignals::stopRequested, &window, &QWidget::close);
+    QObject::connect(&processSignals, &ProcessSignals::reloadRequested, &engine, &Engine::requestReload);
 
     engine.FirstRunCheck();
     engine.LoadSettings(SettingsStore::ownApp);

@@ -62,6 +62,14 @@ void ActivityLog::WriteLog(const QString &strText, bool bTimeStamp)
     });
 }
 
+void ActivityLog::followSaveLog()
+{
+    if (m_settings.SaveLog && !m_logOpen)
+        OpenLog();
+    else if (!m_settings.SaveLog && m_logOpen)
+        CloseLog();
+}
+
 void ActivityLog::CloseLog()
 {
     m_errors.catching(QStringLiteral("Error closing server log"), [&] {

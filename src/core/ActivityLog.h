@@ -19,6 +19,8 @@ public:
     void OpenLog();
     void WriteLog(const QString &strText, bool bTimeStamp = false);
     void CloseLog();
+    // Opens the log when SaveLog is on and it is closed, closes it in the opposite case.
+    void followSaveLog();
     bool logOpen() const { return m_logOpen; }
     void resetLogOpen() { m_logOpen = false; }
 

@@ -98,6 +98,7 @@ void ErrorLog::ReportError(bool bFatal, const QString &AppMsg)
             m_unrecorded(QStringLiteral("Error not recorded in ErrLog.txt (") + unwritten.description()
                          + QStringLiteral("): ") + AppMsg);
     }
+    Q_EMIT reported(bFatal, AppMsg, error.number, error.description);
     if (!bFatal)
         return;
     m_view.messageBox(boxText(AppMsg, error.number, error.description));

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <QObject>
 #include <QString>
 
 #include <functional>
@@ -18,9 +19,10 @@ struct FatalExit
 // ReportError: the one way to report a failure. Call it from inside a catch block; it
 // reads the error in flight (number, description, source, last system error), appends
 // a record to FileLoc + "ErrLog.txt" and, when fatal, shows the box and ends the process
-// without the orderly stop.
-class ErrorLog
+// without the orderly stop. Each report is told as well, for a journal.
+class ErrorLog : public QObject
 {
+    Q_OBJECT
 public:
     using FileLocation = std::function<QString()>;
     using Terminate = std::function<void()>;
@@ -59,6 +61,10 @@ public:
     static QString recordText(const QString &dateTime, int number, const QString &description,
                               const QString &source, int lastSystemError, const QString &AppMsg);
     static QString boxText(const QString &AppMsg, int number, const QString &description);
+
+Q_SIGNALS:
+    // The record is written (or went to standard error); a fatal report's box and end follow.
+    void reported(bool bFatal, const QString &AppMsg, int number, const QString &description);
 
 private:
     Clock &m_clock;

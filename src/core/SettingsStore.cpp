@@ -219,6 +219,17 @@ QString IniSettingsBackend::handWritten(const QString &path, const QString &key)
     return {};
 }
 
+bool IniSettingsBackend::holds(const QString &appName)
+{
+    const QFileInfo stored(filePath(appName));
+    return stored.isFile() && stored.isReadable();
+}
+
+void IniSettingsBackend::reread()
+{
+    m_files.clear();
+}
+
 void IniSettingsBackend::write(const QString &appName, const QString &key, const QString &value)
 {
     m_unsaved[appName].append({key, value});
@@ -286,13 +297,37 @@ SettingsStore::SettingsStore(Settings &settings, Stats &stats, Clock &clock, std
 
 void SettingsStore::readSettings(const QString &strAppName)
 {
+    read(strAppName, m_settings);
+}
+
+bool SettingsStore::rereadSettings(const QString &strAppName, Settings &into)
+{
+    m_backend->reread();
+    if (!m_backend->holds(strAppName))
+        return false;
+    read(strAppName, into);
+    return true;
+}
+
+QStringList SettingsStore::changedKeys(const Settings &before, const Settings &after)
+{
+    QStringList changed;
+    for (const Key &key : keys) {
+        if (valueText(before, key.field) != valueText(after, key.field))
+            changed.append(QString::fromLatin1(key.name));
+    }
+    return changed;
+}
+
+void SettingsStore::read(const QString &strAppName, Settings &into)
+{
     const Settings defaults;
     for (const Key &key : keys) {
         const QString name = QString::fromLatin1(key.name);
         const QString text = m_backend->read(strAppName, name, valueText(defaults, key.field));
         std::visit(
             [&](auto member) {
-                auto &target = m_settings.*member;
+                auto &target = into.*member;
                 const auto &fallback = defaults.*member;
                 using T = std::decay_t<decltype(target)>;
                 if constexpr (std::is_same_v<T, bool>)
@@ -306,8 +341,8 @@ void SettingsStore::readSettings(const QString &strAppName)
             },
             key.field);
     }
-    if (Text::isBlank(m_settings.FileLoc))
-        m_settings.FileLoc = programDirectory();
+    if (Text::isBlank(into.FileLoc))
+        into.FileLoc = programDirectory();
 }
 
 void SettingsStore::StoreSettings(bool bAll)

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QList>
+#include <QStringList>
 #include <QString>
 
 #include <map>
@@ -24,6 +25,10 @@ public:
     virtual void write(const QString &appName, const QString &key, const QString &value) = 0;
     // Raises RuntimeError when what was written did not reach the store.
     virtual void flush() {}
+    // Whether the store holds anything under appName that can be read.
+    virtual bool holds(const QString &) { return true; }
+    // Forgets what was read, so that the next read sees the store as it now stands.
+    virtual void reread() {}
 };
 
 // The per-user store: an INI file <config dir>/quorvane/<application name>.ini,
@@ -39,6 +44,8 @@ public:
     QString read(const QString &appName, const QString &key, const QString &defaultValue) override;
     void write(const QString &appName, const QString &key, const QString &value) override;
     void flush() override;
+    bool holds(const QString &appName) override;
+    void reread() override;
 
 private:
     QSettings &file(const QString &appName);
@@ -64,6 +71,11 @@ public:
     // Reads every key under strAppName, then settles FileLoc. The caller resets the
     // statistics and loads the lists.
     void readSettings(const QString &strAppName);
+    // Reads every key under strAppName as the store now stands into `into`, FileLoc settled as
+    // at load; false, and `into` as it was, when the store holds nothing to read.
+    bool rereadSettings(const QString &strAppName, Settings &into);
+    // The keys whose values differ between the two blocks, in load order.
+    static QStringList changedKeys(const Settings &before, const Settings &after);
     // Raises RuntimeError when the store could not be written.
     void StoreSettings(bool bAll);
     void ResetStats();
@@ -78,6 +90,8 @@ public:
     static QString doubleText(double value);
 
 private:
+    void read(const QString &strAppName, Settings &into);
+
     Settings &m_settings;
     Stats &m_stats;
     Clock &m_clock;

@@ -105,6 +105,15 @@ QString trimBlanks(const QString &text)
     return text.mid(from, to - from);
 }
 
+QString oneLine(const QString &text)
+{
+    QString line = text;
+    line.replace(QStringLiteral("\r\n"), QStringLiteral(" "));
+    line.replace(u'\r', u' ');
+    line.replace(u'\n', u' ');
+    return line;
+}
+
 bool isBlank(const QString &text)
 {
     return trimBlanks(text).isEmpty();

@@ -20,6 +20,8 @@ qsizetype find(const QString &text, const QString &needle, qsizetype start = 1);
 // Blanks (character 32) cut off both ends; tabs stay.
 QString trimBlanks(const QString &text);
 bool isBlank(const QString &text);
+// Every line end (CR LF, LF, a lone CR) turned into one blank: a box's text as one line.
+QString oneLine(const QString &text);
 // Upper case that stays inside Latin-1, so that a file or a name keeps one byte a
 // character: the few letters whose capitals lie outside it (ß, ÿ, µ) stay as they are.
 QString upper(const QString &text);

@@ -66,8 +66,10 @@ void BanAction::Ban(qint32 intPlayerNumber, const QString &KickReason, bool bFor
     if (BanType != 2) {
         if (r.ip == u"----") {
             logLine(QStringLiteral("Skipped banning IP of ") + r.name + QStringLiteral(" due to unknown IP"));
-            if (appended)
+            if (appended) {
                 ++m_stats.banadds;
+                Q_EMIT banned(r.name, r.ip, r.name, QString(), KickReason);
+            }
             return;
         }
         m_lists.AppendToFile(ListFiles::bannedIPFile, r.ip);
@@ -77,6 +79,8 @@ void BanAction::Ban(qint32 intPlayerNumber, const QString &KickReason, bool bFor
     if (!appended)
         return; // a name ban for stealing a name: the name is the other player's
     ++m_stats.banadds;
+    Q_EMIT banned(r.name, r.ip, BanType != 1 && !stealing ? r.name : QString(), BanType != 2 ? r.ip : QString(),
+                  KickReason);
     if (!m_settings.SaveLog)
         return;
     const QString when = QStringLiteral(" on ") + Text::dateText(m_clock.today()) + QStringLiteral(" at ")

@@ -86,6 +86,7 @@ bool CheckCycle::forceKick()
         if (s.logVerbose())
             m_log.WriteLog(QStringLiteral("...force kicking."));
         m_checkRunning = false;
+        Q_EMIT ended(m_stats.checks, End::ForceKicked);
         return false;
     }
     const qint32 top = lists.bannedNameTop();
@@ -106,6 +107,7 @@ void CheckCycle::TkCheck()
     if (m_queue.waitingForServer()) {
         if (s.SaveLog)
             m_log.WriteLog(QStringLiteral("...skipped check, still waiting for server."));
+        Q_EMIT ended(m_stats.checks, End::Skipped);
         return;
     }
     m_checkRunning = true;
@@ -119,10 +121,12 @@ void CheckCycle::TkCheck()
         if (s.SaveLog)
             m_log.WriteLog(QStringLiteral("...couldn't get good status for TK check."));
         m_checkRunning = false;
+        Q_EMIT ended(m_stats.checks, End::NoGoodStatus);
         return;
     }
     runPolicies(m_policies);
     m_queue.SendCommands();
     m_grid.RefreshGrid();
     m_checkRunning = false;
+    Q_EMIT ended(m_stats.checks, End::Done);
 }

@@ -3,6 +3,7 @@
 
 #include "enforcement/CheckRoutine.h"
 
+#include <QObject>
 #include <QString>
 
 class ActivityLog;
@@ -20,10 +21,18 @@ struct Stats;
 // run while the server still owes a reply, counts itself, kicks the banned names blind
 // when ForceKick says so, asks for the player list ("status" on every StatusInterval-th
 // check, the cheap "getStatus" on the others), runs the policies in their fixed order,
-// lets the queue send what they queued and refreshes the window.
-class CheckCycle final : public CheckRoutine
+// lets the queue send what they queued and refreshes the window. It tells how each ended.
+class CheckCycle final : public QObject, public CheckRoutine
 {
+    Q_OBJECT
 public:
+    enum class End {
+        Done,         // the policies ran over a good status
+        NoGoodStatus, // the server sent no status that could be read
+        ForceKicked,  // the banned names were kicked blind through the queue, and that was all
+        Skipped,      // the server still owed a reply; not counted
+    };
+
     // `link`: the force-kick past the queue. `policies`: what the nine policies work with.
     CheckCycle(const Settings &settings, Stats &stats, const ListFiles &lists, CommandQueue &queue, RconLink &link,
                StatusCycle &status, PolicyContext &policies, PlayerGrid &grid, ActivityLog &log, Clock &clock);
@@ -35,6 +44,10 @@ public:
     // The nine policies in their order, each behind its setting as it stands now.
     static void runPolicies(PolicyContext &c);
     static QString forceKickCommand(const QString &bannedName);
+
+Q_SIGNALS:
+    // `check`: the count of checks, this one included unless skipped.
+    void ended(qint32 check, CheckCycle::End end);
 
 private:
     // False when the cycle ends with the force-kick (the short road).

@@ -76,9 +76,11 @@ void KickAction::kickPlayer(qint32 intPlayerNumToKick, const QString &strReason,
                     false, false, true, 0);
         logLine(QStringLiteral("Skipping kick of ") + r.name + QStringLiteral(" for ") + strReason
                 + QStringLiteral(" due to immunity"));
+        Q_EMIT spared(Text::trimBlanks(r.num), r.name, r.ip, strReason);
         return;
     }
-    if (r.status != u"Ok") {
+    const bool again = r.status != u"Ok";
+    if (again) {
         if (!repeatAllowed(m_clock.timeOfDay(), r.kicktime))
             return;
         logLine(QStringLiteral("Forcing re-kick on client# ") + r.num + QStringLiteral(" (") + r.name + u')');
@@ -97,6 +99,7 @@ void KickAction::kickPlayer(qint32 intPlayerNumToKick, const QString &strReason,
     // Marked when queued, not when sent; after a drain (bDoNow) the row may hold another player.
     r.kicktime = m_clock.timeOfDay();
     r.status = QStringLiteral("Kicked (") + strReason + u')';
+    Q_EMIT kicked(slot, r.name, r.ip, strReason, again);
     if (m_settings.Ban)
         m_ban.Ban(intPlayerNumToKick, strReason, false);
     logLine(QStringLiteral("Kicked ") + r.name + QStringLiteral(" [") + r.ip + QStringLiteral("] for ")

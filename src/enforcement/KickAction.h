@@ -3,6 +3,7 @@
 
 #include "enforcement/PolicyContext.h"
 
+#include <QObject>
 #include <QString>
 
 class ActivityLog;
@@ -17,9 +18,11 @@ struct Stats;
 // kickPlayer: the one place where a player is removed. It spares immune addresses,
 // lets a row be kicked again only some five seconds after its last kick, queues the
 // words to the players and the kick command, marks the row, counts the kick and hands
-// it over to Ban. It sends nothing itself unless the caller asks for it (bDoNow).
-class KickAction
+// it over to Ban. It sends nothing itself unless the caller asks for it (bDoNow). It
+// tells of each kick queued and each spared by immunity, for a journal.
+class KickAction : public QObject
 {
+    Q_OBJECT
 public:
     KickAction(PlayerState &players, const Settings &settings, Stats &stats, ListFiles &lists,
                const Variables &variables, ActivityLog &log, const Clock &clock, BanAction &ban,
@@ -32,6 +35,13 @@ public:
     // The gate on a second kick: more than 5 units of 0.864 s since the last one, by the
     // time of day alone (so a kick before midnight keeps the gate shut after it).
     static bool repeatAllowed(double now, double kicktime);
+
+Q_SIGNALS:
+    // The kick command is queued. `slot`: the row's slot ("----" when unknown); `again`: a
+    // re-kick of a row already kicked.
+    void kicked(const QString &slot, const QString &name, const QString &ip, const QString &reason, bool again);
+    // Not kicked: the address is immune.
+    void spared(const QString &slot, const QString &name, const QString &ip, const QString &reason);
 
 private:
     void logLine(const QString &text);

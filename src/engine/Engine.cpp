@@ -41,6 +41,8 @@ Engine::Engine(Clock &clock, View &view, EngineParts parts, QObject *parent)
             [this] { m_errors.guarded(QStringLiteral("timKickcheck_Timer"), [this] { timKickcheck_Timer(); }); });
     connect(&m_timProgress, &Ticker::tick, this,
             [this] { m_errors.guarded(QStringLiteral("timProgress_Timer"), [this] { timProgress_Timer(); }); });
+    m_reloadRetry.setSingleShot(true);
+    connect(&m_reloadRetry, &QTimer::timeout, this, &Engine::requestReload);
 }
 
 Engine::~Engine() = default;
@@ -136,6 +138,7 @@ void Engine::Form_Load(const QString &commandLine)
             if (settings.SaveLog)
                 m_log.WriteLog(QStringLiteral("Automatically starting TK check"));
         }
+        m_loaded = true;
     });
 }
 
@@ -250,4 +253,96 @@ void Engine::Form_Unload()
     m_unloaded = true;
     m_waits.cancel();
     Q_EMIT finished();
+}
+
+void Engine::requestReload()
+{
+    if (m_unloading)
+        return;
+    // Never under a running cycle: the policies walk the lists, the queue sends what they queued.
+    if (!m_loaded || m_check.checkRunning() || m_queue.queueDraining()) {
+        m_reloadRetry.start(m_clock.timerMsFor(0.25));
+        return;
+    }
+    m_reloadRetry.stop();
+    m_errors.guarded(QStringLiteral("Reload"), [this] { reload(); });
+}
+
+void Engine::reload()
+{
+    Settings fresh = settings;
+    const bool settingsRead = m_store.rereadSettings(SettingsStore::ownApp, fresh);
+    m_lists.LoadAll();
+    const ListFiles &l = m_lists;
+    QString line = QStringLiteral("Reloaded the lists (%1 %2, %3 %4, %5 %6, %7 %8, %9 %10, %11 %12 entries); ")
+                       .arg(ListFiles::servmsgFile).arg(l.serverMessageTop() + 1)
+                       .arg(ListFiles::highpingFile).arg(l.highPingMessageTop() + 1)
+                       .arg(ListFiles::bannedFile).arg(l.bannedNameTop() + 1)
+                       .arg(ListFiles::bannedIPFile).arg(l.bannedIPTop() + 1)
+                       .arg(ListFiles::badnamesFile).arg(l.badNameTop() + 1)
+                       .arg(ListFiles::immuneIPFile).arg(l.immuneIPTop() + 1);
+    QStringList warnings;
+    if (settingsRead) {
+        const Settings before = settings;
+        warnings = keepWhileRunning(fresh);
+        const QStringList changed = SettingsStore::changedKeys(before, fresh);
+        settings = fresh;
+        applyReloaded(before);
+        line += changed.isEmpty() ? QStringLiteral("no setting changed.")
+                                  : QStringLiteral("settings changed: ") + changed.join(QStringLiteral(", ")) + u'.';
+    } else {
+        line += QStringLiteral("settings kept.");
+        warnings.append(QStringLiteral("The settings file ") + IniSettingsBackend::filePath(SettingsStore::ownApp)
+                        + QStringLiteral(" cannot be read: the settings stay as they were."));
+    }
+    // The line goes to the log while it is on: before a reload that turns it off, after one
+    // that turns it on.
+    if (settings.SaveLog)
+        m_log.followSaveLog();
+    m_log.WriteLog(line, true);
+    for (const QString &warning : warnings)
+        m_log.WriteLog(warning);
+    m_log.followSaveLog();
+    m_pane.append(QStringLiteral("\r\n") + line + QStringLiteral("\r\n"));
+    for (const QString &warning : warnings)
+        m_pane.append(warning + QStringLiteral("\r\n"));
+    Q_EMIT reloaded(line, warnings);
+}
+
+QStringList Engine::keepWhileRunning(Settings &fresh) const
+{
+    QStringList warnings;
+    // The window's own size and state are the window's.
+    fresh.WinWidth = settings.WinWidth;
+    fresh.WinHeight = settings.WinHeight;
+    fresh.WinState = settings.WinState;
+    fresh.SysTray = settings.SysTray;
+    if (fresh.CheckInt < 5000)
+        fresh.CheckInt = 5000;
+    // Lists and logs stay where they are; the orderly stop stores the folder in use.
+    if (fresh.FileLoc != settings.FileLoc) {
+        warnings.append(QStringLiteral("FileLoc is not reloaded: the program stays in ") + settings.FileLoc
+                        + QStringLiteral(" and stores that at the stop; stop it to change the folder."));
+        fresh.FileLoc = settings.FileLoc;
+    }
+    // Taken into the settings, so that the stop stores it, but the socket stays bound.
+    if (fresh.LocalPort != settings.LocalPort)
+        warnings.append(QStringLiteral("LocalPort %1 takes effect at the next start; until then the program listens on %2.")
+                            .arg(fresh.LocalPort)
+                            .arg(m_link.localPort()));
+    return warnings;
+}
+
+void Engine::applyReloaded(const Settings &before)
+{
+    m_view.setFieldText(View::Field::txtHost, settings.Host);
+    m_view.setFieldText(View::Field::txtPwd, settings.Pwd);
+    m_view.setFieldText(View::Field::txtPort, QString::number(settings.Port));
+    m_view.setFieldText(View::Field::txtServerName, settings.Voice);
+    if (settings.SaveSettings != before.SaveSettings)
+        m_view.setSettingsTicked(settings.SaveSettings);
+    if (settings.CheckInt != before.CheckInt)
+        m_timKickcheck.setInterval(settings.CheckInt);
+    if (settings.intAnnouce != before.intAnnouce || settings.lngAnnounce != before.lngAnnounce)
+        m_announcer.Announce_Timer_Control(settings.intAnnouce == 1 ? QStringLiteral("ON") : QStringLiteral("OFF"));
 }

@@ -28,6 +28,8 @@
 #include "players/StatusParser.h"
 
 #include <QObject>
+#include <QStringList>
+#include <QTimer>
 
 #include <functional>
 
@@ -114,6 +116,12 @@ public:
     // One check, by the check routine in use.
     void TkCheck();
 
+    // Reads the six lists and the settings that can change while running again (SIGHUP),
+    // keeping the player table and the statistics. One that comes during a check or a drain
+    // of the queue, or before the window has loaded, waits until then; after the orderly
+    // stop it does nothing. A list that cannot be read is the fatal error of the start.
+    void requestReload();
+
     // Start has been pressed and Stop has not. Only the run switch sets it.
     bool engineRunning() const override { return m_engineRunning; }
     bool unloaded() const override { return m_unloaded; }
@@ -123,12 +131,18 @@ public:
 Q_SIGNALS:
     // The orderly stop is done; the window closes and the process ends.
     void finished();
+    // A reload is done: what it read, as in the log, then what it did not apply.
+    void reloaded(const QString &line, const QStringList &warnings);
 
 private:
     void saveSettings(bool bAll);
     int progressMaximum() const;
     QueueCommand queueCommand();
     void setProgress(int value);
+    void reload();
+    // Puts back in `fresh` what a reload does not change; tells what it kept.
+    QStringList keepWhileRunning(Settings &fresh) const;
+    void applyReloaded(const Settings &before);
 
     Clock &m_clock;
     View &m_view;
@@ -159,7 +173,9 @@ private:
     Ticker m_timProgress;
     qint32 intProgressCheck = 0;
     bool m_engineRunning = false;
+    bool m_loaded = false;
     bool m_unloading = false;
+    QTimer m_reloadRetry;
     bool m_unloaded = false;
     WaitCancel m_waits;
 };

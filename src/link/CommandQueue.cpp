@@ -34,8 +34,10 @@ bool CommandQueue::AddSrvCmd(const QString &Cmd, bool bShowT, bool bDoNow, bool 
 {
     bool added = false;
     m_errors.catching(QStringLiteral("Error adding to srvqueue (AddSrvCmd)"), [&] {
-        if (m_queueDraining)
+        if (m_queueDraining) {
+            Q_EMIT refused(Cmd);
             return;
+        }
         if (m_srvqueueTop + 1 >= Size)
             throw RuntimeError(RuntimeError::OutOfRange, QStringLiteral("Subscript out of range"));
         ++m_srvqueueTop;
@@ -83,6 +85,7 @@ void CommandQueue::drain()
             if (m_settings.SaveLog)
                 m_log.WriteLog(QStringLiteral("Error: SendCommands timed out waiting for response. Couldn't send ")
                                  + cmd.Cmd);
+            Q_EMIT timedOut(cmd.Cmd);
         }
         m_waitingForServer = false;
     }

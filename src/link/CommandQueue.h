@@ -48,6 +48,12 @@ public:
     // SendCommands is working through the queue; AddSrvCmd refuses meanwhile.
     bool queueDraining() const { return m_queueDraining; }
 
+Q_SIGNALS:
+    // AddSrvCmd turned the command away: the queue was draining.
+    void refused(const QString &Cmd);
+    // The server sent nothing in the wait after this command.
+    void timedOut(const QString &Cmd);
+
 private:
     void drain();
     void setQueueControls(bool enabled);

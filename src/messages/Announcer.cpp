@@ -67,10 +67,13 @@ void Announcer::timAnnounce_Timer()
     if (!m_run.engineRunning())
         return; // the due tick is lost; the next chance is a full interval away
     const QString tag = Text::trimBlanks(s.Voice);
-    const QString head = tag.isEmpty() ? QStringLiteral("say ") : QStringLiteral("say ") + tag + QStringLiteral(": ");
+    const QString head = tag.isEmpty() ? QString() : tag + QStringLiteral(": ");
     const QString message = m_lists.serverMessages().at(chooseMessage());
-    if (m_queue.AddSrvCmd(head + m_variables.ExpandVariables(message, -1), true, true, true, 0))
+    const QString words = head + m_variables.ExpandVariables(message, -1);
+    if (m_queue.AddSrvCmd(QStringLiteral("say ") + words, true, true, true, 0)) {
+        Q_EMIT announced(words);
         return;
+    }
     // Refused while the queue drains: dropped, not retried.
     m_pane.append(QStringLiteral("Error sending timed announcement.\r\n"));
     if (s.SaveLog)

@@ -33,6 +33,10 @@ public:
     Ticker timAnnounce;
     qint32 announceTicks = 0;
 
+Q_SIGNALS:
+    // An announcement has gone through the queue: the words after "say ".
+    void announced(const QString &words);
+
 private:
     qint32 chooseMessage();
 

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "ui/Prompts.h"
 
+#include "core/Text.h"
+
 #include <QGuiApplication>
 
 #include <cstdio>
@@ -17,11 +19,7 @@ bool Prompts::question(QWidget *parent, const QString &text)
 
 QString Prompts::unattendedLine(const QString &text)
 {
-    QString line = text;
-    line.replace(QStringLiteral("\r\n"), QStringLiteral(" "));
-    line.replace(u'\r', u' ');
-    line.replace(u'\n', u' ');
-    return QStringLiteral("Quorvane: ") + line;
+    return QStringLiteral("Quorvane: ") + Text::oneLine(text);
 }
 
 bool Prompts::nobodyToAsk()

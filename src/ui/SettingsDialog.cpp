@@ -147,11 +147,7 @@ void frmSettings::cmdOK_Click()
             m_prompts.information(this, QStringLiteral("The directory (") + s.FileLoc
                                            + QStringLiteral(") was not changed."));
     }
-    ActivityLog &log = m_log;
-    if (s.SaveLog && !log.logOpen())
-        log.OpenLog();
-    else if (!s.SaveLog && log.logOpen())
-        log.CloseLog();
+    m_log.followSaveLog();
     if (Text::isNumeric(txtLocalPort->text()))
         s.LocalPort = *Entries::whole(txtLocalPort->text(), Entries::int16Min, Entries::portMax);
     if (Text::isNumeric(txtCommandDelay->text()))

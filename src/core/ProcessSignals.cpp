@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "core/StopSignals.h"
+#include "core/ProcessSignals.h"
 
 #include <QSocketNotifier>
 
@@ -11,16 +11,16 @@
 namespace {
 int pipeEnds[2] = {-1, -1};
 
-void onSignal(int)
+void onSignal(int number)
 {
-    const char byte = 1;
+    const char byte = static_cast<char>(number);
     // Only an async-signal-safe write here; the event loop does the rest.
     [[maybe_unused]] const ssize_t written = ::write(pipeEnds[0], &byte, 1);
 }
 } // namespace
 #endif
 
-StopSignals::StopSignals(QObject *parent)
+ProcessSignals::ProcessSignals(QObject *parent)
     : QObject(parent)
 {
 #ifdef Q_OS_UNIX
@@ -28,9 +28,13 @@ StopSignals::StopSignals(QObject *parent)
         return;
     m_notifier = new QSocketNotifier(pipeEnds[1], QSocketNotifier::Read, this);
     connect(m_notifier, &QSocketNotifier::activated, this, [this] {
-        char byte;
-        [[maybe_unused]] const ssize_t got = ::read(pipeEnds[1], &byte, 1);
-        Q_EMIT stopRequested();
+        char byte = 0;
+        if (::read(pipeEnds[1], &byte, 1) != 1)
+            return;
+        if (byte == SIGHUP)
+            Q_EMIT reloadRequested();
+        else
+            Q_EMIT stopRequested();
     });
     struct sigaction action = {};
     action.sa_handler = onSignal;
@@ -38,13 +42,15 @@ StopSignals::StopSignals(QObject *parent)
     action.sa_flags = SA_RESTART;
     sigaction(SIGTERM, &action, nullptr);
     sigaction(SIGINT, &action, nullptr);
+    sigaction(SIGHUP, &action, nullptr);
 #endif
 }
 
-StopSignals::~StopSignals()
+ProcessSignals::~ProcessSignals()
 {
 #ifdef Q_OS_UNIX
     signal(SIGTERM, SIG_DFL);
     signal(SIGINT, SIG_DFL);
+    signal(SIGHUP, SIG_DFL);
 #endif
 }
