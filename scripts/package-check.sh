@@ -107,7 +107,7 @@ check_man() {
         warnings=$(LC_ALL=C.UTF-8 MANROFFSEQ='' MANWIDTH=80 man --warnings -E UTF-8 -l -Tutf8 -Z \
                    "/usr/share/man/man1/$page.1.gz" 2>&1 >/dev/null)
         [ -z "$warnings" ] || fail "man $page: $warnings"
-        echo "$page(1): $(man -l "/usr/share/man/man1/$page.1.gz" 2>/dev/null | sed -n 4p | sed 's/^ *//')"
+        echo "$page(1): $(MANWIDTH=200 man -l "/usr/share/man/man1/$page.1.gz" 2>/dev/null | sed -n 4p | sed 's/^ *//')"
     done
 }
 check_man quorvaned quorvane-sim
