@@ -71,7 +71,7 @@ for n in $(seq "$count"); do
     mkdir -p "$dir/config/quorvane" "$dir/data"
     "$sim" --port 0 --password "pw$n" --script "$work/full.script" > "$dir/sim.out" 2>&1 &
     pids+=($!)
-    for _ in $(seq 50); do grep -q listening "$dir/sim.out" && break; sleep 0.1; done
+    for _ in $(seq 50); do grep -qs listening "$dir/sim.out" && break; sleep 0.1; done
     port=$(sed -n 's/.*listening on 127.0.0.1:\([0-9]*\)$/\1/p' "$dir/sim.out")
     [ -n "$port" ] || { echo "simulated server $n did not start: $(cat "$dir/sim.out")" >&2; exit 1; }
     printf '[Settings]\nHost=127.0.0.1\nPort=%s\nPwd=pw%s\nLocalPort=%s\nCheckInt=5000\nStatusInterval=1\nSaveLog=True\nRunBefore=1\nFileLoc=%s/\n' \
