@@ -63,15 +63,15 @@ private Q_SLOTS:
         QVERIFY(!(run.printed + run.program.readAllStandardError() + log).contains("Zq7-secret"));
     }
 
-    // The reload that both fronts run: never under a running check, and the check interval it
-    // reads goes into the timer as the load would set it.
+    // The reload that both fronts run: never under a running check; the check interval it reads
+    // goes into the timer as the load would set it, and a log switched on is opened.
     void reloadWaitsForTheCheck()
     {
         bool inCheck = false;
         TestCheck check;
         check.running = [&] { return inCheck; };
         EngineWorld w(0, &check, [] {});
-        w.engine.settings.LocalPort = 0, w.engine.settings.SaveLog = true, w.engine.settings.LogBrief = true;
+        w.engine.settings.LocalPort = 0, w.engine.settings.LogBrief = true;
         w.engine.Form_Load(QString());
         TestEnv::writeFile(w.env.workDir() + QStringLiteral("banned.txt"), "Griefer\r\n");
         QDir().mkpath(w.env.configHome() + QStringLiteral("/quorvane"));
@@ -87,9 +87,10 @@ private Q_SLOTS:
         QTRY_COMPARE(w.engine.lists().bannedNameTop(), 0);
         QCOMPARE(w.engine.settings.MaxPing, 400);
         QCOMPARE(w.engine.timKickcheck().interval(), 5000);
-        QVERIFY(w.file(QStringLiteral("servlog.txt"))
-                    .endsWith("]\r\nReloaded the lists (servmsg.txt 0, highping.txt 0, banned.txt 1, bannedIP.txt 0, "
-                              "badnames.txt 0, immuneIP.txt 0 entries); settings changed: CheckInt, MaxPing.\r\n\r\n"));
+        const QByteArray log = w.file(QStringLiteral("servlog.txt"));
+        QVERIFY(log.startsWith(QByteArray(52, '-') + "\r\nLogging Started on 2026-11-22 at 12:00:00\r\n"));
+        QVERIFY(log.endsWith("]\r\nReloaded the lists (servmsg.txt 0, highping.txt 0, banned.txt 1, bannedIP.txt 0, "
+                              "badnames.txt 0, immuneIP.txt 0 entries); settings changed: CheckInt, SaveLog, MaxPing.\r\n\r\n"));
     }
 
     // Without its settings the service says which file and what it needs, and systemd is not
