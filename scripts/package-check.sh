@@ -34,7 +34,7 @@ trap cleanup EXIT
 gui_libraries='^(libqt6gui6|libqt6widgets6|libqt6opengl6|libqt6openglwidgets6|libx11-6|libxcb1|libxkbcommon0|libwayland-client0|libgl1|libegl1|libopengl0|libfontconfig1|libfreetype6)$'
 
 step "Packages"
-cmake -S . -B build-pkg -G Ninja -DCMAKE_BUILD_TYPE=Release -DCMAKE_INSTALL_PREFIX=/usr \
+cmake -S . -B build-pkg -G Ninja -DCMAKE_BUILD_TYPE=Release -DCMAKE_INSTALL_PREFIX=/usr -DQUORVANE_SYSTEMD=ON \
       -DQUORVANE_BUILD_TESTS=OFF >/dev/null
 cmake --build build-pkg -j "$(nproc)" >/dev/null
 rm -f build-pkg/quorvane_*.deb build-pkg/quorvaned_*.deb
