@@ -11,7 +11,7 @@ class TestSameAsWindow : public QObject
 
     struct Outcome
     {
-        QByteArray record, log, errors, banned, bannedIP, reasons, settings;
+        QByteArray record, log, errors, banned, bannedIP, reasons, settings, journal;
     };
 
     // A banned name, an address both banned and immune, a bad word: two kicks with their
@@ -44,7 +44,7 @@ class TestSameAsWindow : public QObject
         return {run.record(), ServiceRun::masked(run.file(QStringLiteral("servlog.txt"))),
                 run.file(QStringLiteral("ErrLog.txt")), run.file(QStringLiteral("banned.txt")),
                 run.file(QStringLiteral("bannedIP.txt")), ServiceRun::masked(run.file(QStringLiteral("ReasonBanned.txt"))),
-                TestEnv::readFile(run.ini())};
+                TestEnv::readFile(run.ini()), run.out()};
     }
 
 private Q_SLOTS:
@@ -67,6 +67,10 @@ private Q_SLOTS:
         QCOMPARE(service.reasons, window.reasons);
         QVERIFY(window.settings.contains("CheckInt=6000"));
         QCOMPARE(service.settings, window.settings);
+        QVERIFY(service.journal.contains("\n<5>Spared Tarn (slot 1, 192.0.2.18), an immune address: banned IP.\n"
+                                         "<5>Kicked Griefer (slot 2, 203.0.113.66): banned name.\n"
+                                         "<5>Banned Griefer (203.0.113.66) by name and address: banned name.\n"
+                                         "<5>Kicked xXCheaterXx (slot 3, 192.0.2.77): bad word in name.\n"));
     }
 };
 
