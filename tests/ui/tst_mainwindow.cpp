@@ -1,15 +1,12 @@
 // SPDX-License-Identifier: MIT
 // The main window as the operator meets it: title, keys, menus, pane, fields, size, state,
 // tray, boxes and close.
-#include "StderrCapture.h"
 #include "WindowWorld.h"
 #include "core/SettingsStore.h"
 #include "ui/TrayIcon.h"
 
 #include <QAction>
-#include <QApplication>
 #include <QCheckBox>
-#include <QDialog>
 #include <QElapsedTimer>
 #include <QLabel>
 #include <QLineEdit>
@@ -24,7 +21,6 @@
 #include <QStyle>
 #include <QStyleOptionButton>
 #include <QTableWidget>
-#include <QTimer>
 #include <QUdpSocket>
 
 #include <tuple>
