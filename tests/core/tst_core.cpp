@@ -5,13 +5,11 @@
 #include "StderrCapture.h"
 #include "SimServer.h"
 #include "core/Waits.h"
-#include "link/CommandQueue.h"
 
 #include <QDir>
 #include <QRegularExpression>
 #include <QSettings>
 #include <QTest>
-#include <QTimer>
 
 #include <sys/stat.h>
 
@@ -177,11 +175,10 @@ private Q_SLOTS:
             EngineWorld w;
             w.engine.settings.LocalPort = port;
             w.engine.settings.SaveLog = true;
-            try {
-                w.engine.Form_Load(QString());
-                QVERIFY(fatal.isEmpty() && !w.engine.link().isClosed());
+            const QString box = w.fatal([&] { w.engine.Form_Load(QString()); });
+            if (fatal.isEmpty()) {
+                QVERIFY(box.isEmpty() && !w.engine.link().isClosed());
                 continue;
-            } catch (const FatalExit &) {
             }
             QCOMPARE(w.view.boxes, QStringList{u"Quorvane has encountered an error and will shut down.\r\n\r\n"
                                                "Error initializing application"_s + fatal});
@@ -422,8 +419,7 @@ private Q_SLOTS:
             {u"ReasonBanned.txt"_s, [](EngineWorld &w) {
                  PlayerRecord &r = w.engine.players().currentPlayers[1];
                  r.name = u"Evil One"_s, r.ip = u"203.0.113.99"_s;
-                 w.engine.settings.SaveLog = true;
-                 w.engine.log().OpenLog();
+                 w.openLog();
                  w.engine.ban().Ban(1, u"[admin initiated kick]"_s, true);
              }, fatal(u"Error appending Banned IP & name 203.0.113.99 / Evil One on 2026-11-22 at 12:00:00 [admin initiated kick]"
                       " to ReasonBanned.txt[75]: No space left on device"_s), u"bannedIP.txt"_s, "203.0.113.99\r\n", {}},
@@ -454,10 +450,7 @@ private Q_SLOTS:
             if (!row.broken.isEmpty())
                 w.env.fullDisk(row.broken);
             StderrCapture err;
-            try {
-                row.act(w);
-            } catch (const FatalExit &) {
-            }
+            w.fatal([&] { row.act(w); });
             const QString said = w.engine.pane().text() + QString::fromLocal8Bit(err.text());
             QCOMPARE(w.view.boxes, row.box.isEmpty() ? QStringList() : QStringList{row.box});
             if (!row.file.isEmpty())

@@ -192,17 +192,15 @@ private Q_SLOTS:
                     stranger.writeDatagram(forged, QHostAddress::LocalHost, rig.w.engine.link().localPort());
             });
             QString got;
-            try {
+            const QString fatal = rig.w.fatal([&] {
                 const Wire first = rig.check();
                 rig.w.clock.jump(10); // past the five seconds that hold a second kick of one player back
                 const Wire second = rig.check();
                 got = QString::fromLatin1(first.join(',') + '/' + second.join(',') + ' ' + rig.left().join(',') + ' '
                                           + rig.w.file(u"banned.txt"_s) + rig.w.file(u"bannedIP.txt"_s))
                     + u" scanned %1"_s.arg(rig.w.engine.stats.players);
-            } catch (const FatalExit &) {
-                got = rig.w.view.boxes.value(0).section(u"\r\n\r\n"_s, 1).section(u'[', 0, 0);
-            }
-            QCOMPARE(got, outcome);
+            });
+            QCOMPARE(fatal.isEmpty() ? got : fatal.section(u"\r\n\r\n"_s, 1).section(u'[', 0, 0), outcome);
         }
     }
 

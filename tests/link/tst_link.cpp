@@ -59,8 +59,7 @@ private Q_SLOTS:
         QVERIFY(!w.engine.pane().text().contains(u"secret"_s)); // the echo never holds the password
         // A datagram the network refuses is recorded, and the steps after the send still run.
         w.view.fields[View::Field::txtHost] = u" 000.000.000.000 "_s;
-        w.engine.settings.SaveLog = true;
-        w.engine.log().OpenLog();
+        w.openLog();
         w.engine.link().UDPClient_SendMessage(u"status"_s, true, true);
         QVERIFY(w.view.boxes.isEmpty());
         const QByteArray record = w.file(u"ErrLog.txt"_s);
@@ -81,8 +80,7 @@ private Q_SLOTS:
         EngineWorld w;
         Peer peer;
         w.connectTo(peer.socket.localPort(), u"pw"_s);
-        w.engine.settings.SaveLog = true; // verbose: the echo and every reply
-        w.engine.log().OpenLog();
+        w.openLog(); // verbose: the echo and every reply
         QSignalSpy replies(&w.engine.link(), &RconLink::replyArrived); // each ends the wait for the server
         w.engine.link().UDPClient_SendMessage(u"status"_s, true, true);
         peer.next();
@@ -149,8 +147,7 @@ private Q_SLOTS:
         QVERIFY(host2.bind(QHostAddress(u"127.0.0.2"_s), p) && host3.bind(QHostAddress(u"127.0.0.3"_s), p)
                 && host4.bind(QHostAddress(u"127.0.0.4"_s), p));
         w.connectTo(p);
-        e.settings.SaveLog = true;
-        e.log().OpenLog();
+        w.openLog();
         const auto forge = [&](QUdpSocket &from) { from.writeDatagram(printHead + "0 evil\n", QHostAddress::LocalHost, e.link().localPort()); };
         const auto dropped = [&](QList<QUdpSocket *> senders) {
             for (QUdpSocket *from : senders) {
@@ -248,8 +245,7 @@ private Q_SLOTS:
                 peer.answerWith(echoBack);
             w.connectTo(peer.socket.localPort());
             w.engine.settings.CommandDelay = delay;
-            w.engine.settings.SaveLog = w.engine.settings.LogBrief = true;
-            w.engine.log().OpenLog();
+            w.openLog(true);
             w.engine.queue().AddSrvCmd(u"a"_s, false, false, true, intPause);
             w.engine.queue().AddSrvCmd(u"b \"x\""_s, false, true, true, intPause);
             QCOMPARE(timeouts(w.engine), expected);

@@ -177,8 +177,7 @@ private Q_SLOTS:
         a.timAnnounce_Timer();
         // Refused while the queue drains: dropped, told in the pane and the log; the sequence moves on.
         w.messages("a\r\nb\r\nc\r\n"_ba);
-        s.SaveLog = true;
-        w.engine.log().OpenLog();
+        w.openLog();
         QString pane;
         QByteArray log;
         w.whileDraining([&] {

@@ -29,13 +29,7 @@ qint32 parse(Engine &e, const QString &text)
 // The words of the fatal box that `step` ends in; empty when it ends normally.
 QString fatalOf(EngineWorld &w, const std::function<void()> &step)
 {
-    try {
-        step();
-    } catch (const FatalExit &) {
-        const QString box = w.view.boxes.last().section(u"\r\n\r\n"_s, 1);
-        return box.left(box.indexOf(u'['));
-    }
-    return {};
+    return w.fatal(step).section(u"\r\n\r\n"_s, 1).section(u'[', 0, 0);
 }
 
 // Player k on slot k, from 10.0.<k/256>.<k%256>:<27000+k>.
@@ -373,8 +367,7 @@ private Q_SLOTS:
         QVERIFY(!rig.w.engine.statusCycle().sendStatus(u"status"_s));
         QCOMPARE(rig.w.engine.players().currentCount, 2);
         QVERIFY(rig.w.engine.pane().text().endsWith(u"Warning: SendCommands timed out.\r\n"_s));
-        rig.w.engine.settings.SaveLog = rig.w.engine.settings.LogBrief = true;
-        rig.w.engine.log().OpenLog();
+        rig.w.openLog(true);
         bool taken = true;
         rig.w.whileDraining([&] { taken = rig.w.engine.statusCycle().sendStatus(u"status"_s); }); // the queue refuses it
         QVERIFY(!taken);
