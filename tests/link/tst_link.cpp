@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 // The socket and the paced queue over real loopback UDP against a bare peer.
 #include "EngineWorld.h"
-#include "core/Text.h"
 #include "link/CommandQueue.h"
 #include "link/RconLink.h"
 

@@ -3,7 +3,6 @@
 // variables (their order, the rules of their replacement, the computed values) and the
 // announcer on a fast test clock.
 #include "EngineWorld.h"
-#include "link/RconLink.h"
 #include "messages/Announcer.h"
 
 #include <QTest>
