@@ -3,7 +3,6 @@
 // variables (their order, the rules of their replacement, the computed values) and the
 // announcer on a fast test clock.
 #include "EngineWorld.h"
-#include "link/RconLink.h"
 #include "messages/Announcer.h"
 
 #include <QTest>
@@ -177,8 +176,7 @@ private Q_SLOTS:
         a.timAnnounce_Timer();
         // Refused while the queue drains: dropped, told in the pane and the log; the sequence moves on.
         w.messages("a\r\nb\r\nc\r\n"_ba);
-        s.SaveLog = true;
-        w.engine.log().OpenLog();
+        w.openLog();
         QString pane;
         QByteArray log;
         w.whileDraining([&] {

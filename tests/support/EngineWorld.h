@@ -75,6 +75,22 @@ struct EngineWorld
     }
     QByteArray file(const QString &name) const { return TestEnv::readFile(env.workDir() + name); }
     void whileDraining(const std::function<void()> &act) { ::whileDraining(engine, clock, act); }
+    // Turns the activity log on, verbose or brief, and opens it.
+    void openLog(bool brief = false)
+    {
+        engine.settings.SaveLog = true, engine.settings.LogBrief = brief;
+        engine.log().OpenLog();
+    }
+    // Runs `step`: the box of the fatal report it ends in, or nothing when it returns.
+    QString fatal(const std::function<void()> &step)
+    {
+        try {
+            step();
+        } catch (const FatalExit &) {
+            return view.boxes.value(view.boxes.size() - 1);
+        }
+        return {};
+    }
 
     static EngineParts parts(const QString &programDirectory, CheckRoutine *check, std::function<void()> statusCommand)
     {
