@@ -164,6 +164,46 @@ private Q_SLOTS:
                              "kickImpersonators: 0 players kicked."));
     }
 
+    // A stranger's status table (slot 2 "evil one" at 203.0.113.99), and the same with a short
+    // row behind it, land between the echo and the reply of a server 10 ms away. Heard from
+    // the server only, they kick nobody, ban nobody and end nothing, check after check;
+    // heard from anyone, the old harm returns.
+    void forgedTables()
+    {
+        SimServer forger;
+        forger.addPlayer(player(2, "evil one", "203.0.113.99"));
+        const QByteArray table = QByteArray("\xFF\xFF\xFF\xFF\x01print\n", 11) + forger.statusText();
+        const QByteArray shortRow = table.chopped(1) + "  9     0   50 short\n\n";
+        const QList<std::tuple<bool, QByteArray, QString>> cases{
+            {true, shortRow, u"status/status Steady,Innocent  scanned 2"_s},
+            {false, table, u"status,say [Quorvane]: Kicked evil one for bad word in name.,clientkick 2/status,say "
+                           "[Quorvane]: Kicked evil one for banned IP.,clientkick 2 Steady evil one\r\n203.0.113.99\r\n scanned 1"_s},
+            {false, shortRow, u"ParseScores"_s}};
+        for (const auto &[serverOnly, forged, outcome] : cases) {
+            Live rig{player(0, "Steady", "192.0.2.1"), player(2, "Innocent", "192.0.2.2")};
+            rig.sim.setReplyDelay(10);
+            rig.s.ServerOnly = serverOnly;
+            rig.s.NameCheck = rig.s.Ban = true, rig.s.BanFor = 1, rig.s.BanType = 3;
+            rig.lists({{u"badnames.txt"_s, "evil\r\n"}});
+            QUdpSocket stranger;
+            QVERIFY(stranger.bind(QHostAddress::LocalHost, 0));
+            connect(&rig.sim, &SimServer::datagramReceived, &stranger, [&](const QByteArray &d) {
+                if (d.endsWith("status"))
+                    stranger.writeDatagram(forged, QHostAddress::LocalHost, rig.w.engine.link().localPort());
+            });
+            QString got;
+            const QString fatal = rig.w.fatal([&] {
+                const Wire first = rig.check();
+                rig.w.clock.jump(10); // past the five seconds that hold a second kick of one player back
+                const Wire second = rig.check();
+                got = QString::fromLatin1(first.join(',') + '/' + second.join(',') + ' ' + rig.left().join(',') + ' '
+                                          + rig.w.file(u"banned.txt"_s) + rig.w.file(u"bannedIP.txt"_s))
+                    + u" scanned %1"_s.arg(rig.w.engine.stats.players);
+            });
+            QCOMPARE(fatal.isEmpty() ? got : fatal.section(u"\r\n\r\n"_s, 1).section(u'[', 0, 0), outcome);
+        }
+    }
+
     // A ping above the limit at three checks in a row kicks: equal to the limit is no pass,
     // a low one starts again, a tag neither helps nor harms, the first check on a new map
     // is skipped where SkipMap says so.
