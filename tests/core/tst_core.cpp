@@ -244,6 +244,55 @@ private Q_SLOTS:
         QCOMPARE(iniOf(SettingsStore::ownApp).value(u"Settings/WinState"_s).toString(), u"2"_s);
     }
 
+    // A stranger floods LocalPort with forged replies, about 20,000 a second, while the engine
+    // runs on its timer: every check still goes out on time and is answered, and the log
+    // stays small: a line that counts the strangers, no word of what they sent.
+    void strangerFlood()
+    {
+        SimServer sim;
+        sim.setPassword("pw");
+        QVERIFY(sim.listen());
+        sim.addPlayer(SimPlayer{3, "Steady", 0, 40, SimPlayer::State::Active, 0, "192.0.2.1", 27960, 1500, 9000});
+        EngineWorld w(10);
+        Engine &e = w.engine;
+        Settings &s = e.settings;
+        s.LocalPort = 0, s.SaveLog = true, s.CheckInt = 5000, s.StatusInterval = 1;
+        s.Host = u"127.0.0.1"_s, s.Port = sim.port(), s.Pwd = u"pw"_s;
+        QUdpSocket stranger;
+        QVERIFY(stranger.bind(QHostAddress::LocalHost, 0));
+        const QByteArray forged = QByteArray("\xFF\xFF\xFF\xFF\x01print\n", 11) + "map: x\n  0     0   50 evil one" + QByteArray(250, ' ') + '\n';
+        QTimer flood;
+        connect(&flood, &QTimer::timeout, this, [&] {
+            for (int i = 0; i < 20; ++i)
+                stranger.writeDatagram(forged, QHostAddress::LocalHost, e.link().localPort());
+        });
+        QList<double> sent; // clock seconds of each status on the wire
+        connect(&sim, &SimServer::datagramReceived, this, [&](const QByteArray &d) {
+            if (d.endsWith("status"))
+                sent.append(FakeClock::firstMoment().msecsTo(w.clock.now()) / 1000.0);
+        });
+        connect(&e.timKickcheck(), &Ticker::tick, this, [&] {
+            if (e.stats.checks == 5)
+                e.Form_Unload();
+        });
+        flood.start(1);
+        e.Form_Load(u"-a"_s);
+        QTRY_VERIFY_WITH_TIMEOUT(e.unloaded(), 20000);
+        flood.stop();
+        QCOMPARE(sent.size(), 6); // Start's status and five checks
+        for (qsizetype i = 1; i < sent.size(); ++i)
+            QVERIFY2(std::abs(sent.at(i) - sent.at(i - 1) - 5.0) < 1.0, qPrintable(QString::number(sent.at(i) - sent.at(i - 1))));
+        const QByteArray log = w.file(u"servlog.txt"_s);
+        QCOMPARE(log.count("num score ping"), 6);
+        QVERIFY(!log.contains("evil") && !log.contains("couldn't get good status") && !log.contains("timed out"));
+        QVERIFY(log.count("\r\nIgnored ") >= 1 && log.count("\r\nIgnored ") <= 2);
+        // What came after the last line is told at the stop.
+        QVERIFY(QString::fromLatin1(log).contains(QRegularExpression(u"\r\n\r\nIgnored \\d+ datagrams not from the server: \\d+ from "
+                                                 "127\\.0\\.0\\.1:\\d+\\.\r\n\r\nShutting down"_s)));
+        QVERIFY2(log.size() < 8000, qPrintable(QString::number(log.size())));
+        QVERIFY(!e.pane().text().contains(u"evil"_s));
+    }
+
     // Start and Stop. A check that outlasts the interval: every tick that falls inside it still
     // reaches its handler, writes its pane line and runs no second check.
     void startStopAndTicksDuringALongCheck()
