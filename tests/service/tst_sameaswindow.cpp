@@ -35,6 +35,9 @@ class TestSameAsWindow : public QObject
         if (!QTest::qWaitFor([&] { return sent() >= 7; }, 25000))
             return {};
         QTest::qWait(500); // the last command's wait, well before the next check
+        run.signal(SIGHUP); // both fronts read their lists again in place
+        if (!QTest::qWaitFor([&run] { return run.file(QStringLiteral("servlog.txt")).contains("Reloaded the lists ("); }, 5000))
+            return {};
         run.signal(SIGTERM);
         const bool ended = run.program.waitForFinished(10000) && run.program.exitCode() == 0;
         run.sim.kill();
@@ -58,6 +61,8 @@ private Q_SLOTS:
         QCOMPARE(service.record, window.record);
         QVERIFY(window.log.contains("Kicked xXCheaterXx [192.0.2.77] for bad word in name."));
         QVERIFY(window.log.endsWith(QByteArray(52, '-') + "\r\n"));
+        QVERIFY(window.log.contains("\r\nReloaded the lists (servmsg.txt 0, highping.txt 0, banned.txt 3, bannedIP.txt 3, "
+                                    "badnames.txt 1, immuneIP.txt 1 entries); no setting changed.\r\n"));
         QCOMPARE(service.log, window.log);
         QCOMPARE(service.errors, window.errors);
         QCOMPARE(window.banned, QByteArray("Griefer\r\nGriefer\r\nxXCheaterXx\r\n"));
