@@ -131,7 +131,8 @@ private Q_SLOTS:
 
     // Only the server is heard: the address and port the last datagram went to. Anyone else's
     // datagram touches nothing; the operator hears of them at most once a minute, and not
-    // while an exchange is under way. With ServerOnly off every datagram is taken again.
+    // while an exchange is under way. (What is still untold at the stop: the core's flood run;
+    // ServerOnly off: the enforcement's forged tables.)
     void strangers()
     {
         bool checking = false;
@@ -146,7 +147,6 @@ private Q_SLOTS:
         QVERIFY(host2.bind(QHostAddress(u"127.0.0.2"_s), p) && host3.bind(QHostAddress(u"127.0.0.3"_s), p)
                 && host4.bind(QHostAddress(u"127.0.0.4"_s), p));
         w.connectTo(p);
-        w.openLog();
         const auto forge = [&](QUdpSocket &from) { from.writeDatagram(printHead + "0 evil\n", QHostAddress::LocalHost, e.link().localPort()); };
         const auto dropped = [&](QList<QUdpSocket *> senders) {
             for (QUdpSocket *from : senders) {
@@ -160,8 +160,7 @@ private Q_SLOTS:
             u"Ignored 1 datagram not from the server: 1 from %1."_s.arg(at.arg(1).arg(p)),
             u"Ignored 2 datagrams not from the server: 1 from 127.0.0.1:%1, 1 from %2."_s.arg(port2.localPort()).arg(at.arg(2).arg(p)),
             u"Ignored 4 datagrams not from the server: 1 from %1, 1 from %2, 1 from %3, 1 from others."_s.arg(
-                at.arg(2).arg(p), at.arg(3).arg(p), at.arg(4).arg(p)),
-            u"Ignored 1 datagram not from the server: 1 from %1."_s.arg(at.arg(3).arg(p))};
+                at.arg(2).arg(p), at.arg(3).arg(p), at.arg(4).arg(p))};
         forge(server.socket); // before the first send nobody is the server
         QTRY_VERIFY(!e.pane().text().isEmpty());
         QSignalSpy replies(&e.link(), &RconLink::replyArrived); // each ends the wait for the server
@@ -188,18 +187,6 @@ private Q_SLOTS:
         QTRY_COMPARE(replies.count(), 1);
         QVERIFY(e.link().serverAnswered() && w.view.labels.value(View::Label::lblResponseTime) == u"122000 ms"_s);
         QCOMPARE(e.pane().text(), pane + u"ok\r\n"_s);
-        e.settings.ServerOnly = false;
-        forge(port2);
-        QTRY_VERIFY(e.pane().text().endsWith(u"ok\r\n0 evil\r\n"_s));
-        // What is still untold at the orderly stop is told before the log closes; the log holds a
-        // line a notice and nothing of what the strangers sent.
-        e.settings.ServerOnly = true;
-        dropped({&host3});
-        e.Form_Unload();
-        const QString log = QString::fromLatin1(w.file(u"servlog.txt"_s));
-        QCOMPARE(log.mid(log.indexOf(u"Ignored"_s)).section(u"----"_s, 0, 0),
-                 told[0] + u"\r\n\r\n12:00:00>status\r\n===============\r\n\r\n\r\n"_s + told[1] + u"\r\n\r\n"_s + told[2]
-                     + u"\r\n\r\nok\r\n\r\n\r\n0 evil\r\n\r\n\r\n"_s + told[3] + u"\r\n\r\nShutting down and closing log.\r\n\r\n"_s);
     }
 
     void queueDrainsInOrderWithinTheLastCall()
