@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The six lists (file format, table forms, the 2048-entry bound, appending), the %
+// The six lists (file format, table forms, the 2048-entry bound), the %
 // variables (their order, the rules of their replacement, the computed values) and the
 // announcer on a fast test clock.
 #include "EngineWorld.h"
@@ -80,18 +80,6 @@ private Q_SLOTS:
             QVERIFY(w.file(u"ErrLog.txt"_s).contains("AppMsg: Error loading " + words[which].toLatin1() + "\"\r\n"));
             QCOMPARE(w.view.boxes.size(), 1);
         }
-    }
-
-    void appendCreatesAndFailsFatally()
-    {
-        EngineWorld w;
-        w.engine.lists().AppendToFile(u"banned.txt"_s, u"S\u00F6ren"_s);
-        w.engine.lists().AppendToFile(u"banned.txt"_s, u"S\u00F6ren"_s);
-        QCOMPARE(w.file(u"banned.txt"_s), QByteArray("S\xF6ren\r\nS\xF6ren\r\n"));
-        // A folder that cannot be written: here, one that is not there.
-        w.engine.settings.FileLoc = w.env.workDir() + u"gone/"_s;
-        QVERIFY_THROWS_EXCEPTION(FatalExit, w.engine.lists().AppendToFile(u"banned.txt"_s, u"x y"_s));
-        QVERIFY(w.view.boxes.value(0).contains(u"\r\n\r\nError appending x y to banned.txt[75]"_s));
     }
 
     // The program started on the 20th at 06:29, 5.52 hours before the hour now (noon of the 22nd).
