@@ -225,7 +225,6 @@ private Q_SLOTS:
                                      u"0/3 2/3"_s, u"0/3 3/3"_s}));
         QCOMPARE(said, (Wire{"say [Quorvane]: Laggy, your ping of 751 is over 750.", "clientkick 1"}));
         QCOMPARE(rig.left(), Wire{"Steady"});
-        QCOMPARE(rig.w.engine.stats.pingkicks, 1);
         QCOMPARE(rig.w.file(u"banned.txt"_s) + rig.w.file(u"bannedIP.txt"_s), QByteArray());
         QCOMPARE(rig.w.view.pane.count(u"skipping ping check"_s), 1);
         QVERIFY(rig.w.view.pane.contains(u"Changed from [dm/a] to [dm/b] - skipping ping check\r\n"_s));
