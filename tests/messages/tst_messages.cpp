@@ -99,7 +99,6 @@ private Q_SLOTS:
         const QString m = u"obj/obj_team2"_s, bob = u"Bob"_s;
         // message, player, map, name, expected
         const QList<std::tuple<QString, int, QString, QString, QString>> rows{
-            {u"Play fair."_s, -1, m, bob, u"Play fair."_s},
             {u"%MAP% %foo% %map% %map"_s, 1, m, bob, u"%MAP% %foo% obj/obj_team2 %map"_s}, // capitals and others stay
             {u"%pingkicks%%bankicks%%banadds%%players%%totalplayers%%checks%%tkkicks%%totalmaps%%avgping%"_s, -1, m, bob, u"123456789"_s},
             {u"%startdate% %starttime% up %uptime%"_s, -1, m, bob, u"2026-11-20 06:29:00 up 2d / 6h"_s},
