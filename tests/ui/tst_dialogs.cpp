@@ -439,7 +439,6 @@ private Q_SLOTS:
         Rig rig;
         rig.w.settings().Ban = k.how.contains(u'B'), rig.w.settings().CheckInt = 60000;
         rig.w.settings().BanFor = 10; // no kick reason of the typed command would ban by itself
-        rig.w.prompts.clearLastText();
         if (k.how.contains(u'S'))
             rig.trigger(u"cmdStart"_s); // stopped while the dialog stands, started again after it
         QVERIFY(whileOpen<frmOther>([&] { rig.trigger(u"mnuOther"_s); }, [&](frmOther &d) {
@@ -463,7 +462,6 @@ private Q_SLOTS:
                 send();
             QVERIFY(!d.isVisible());
         }));
-        rig.w.prompts.setNextAnswer(QMessageBox::NoButton);
         Wire wire = rig.wire();
         wire.removeAll("status"); // the start's and the restart's own
         QCOMPARE(wire, k.sent.isEmpty() ? Wire{} : Wire{k.sent});
