@@ -35,8 +35,8 @@ struct Live
         sim.setPassword("pw");
         sim.listen();
         w.connectTo(sim.port(), u"pw"_s);
-        s.StatusInterval = 1, s.KickPing = false, s.SaveLog = true;
-        w.engine.log().OpenLog();
+        s.StatusInterval = 1, s.KickPing = false;
+        w.openLog();
         for (const SimPlayer &p : players)
             sim.addPlayer(p);
     }
