@@ -37,7 +37,8 @@ class TestLink : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void sending()
+    // What goes out, what comes in and how it shows, over one socket to a bare peer.
+    void sendingAndArrivals()
     {
         EngineWorld w;
         Peer peer;
@@ -56,27 +57,7 @@ private Q_SLOTS:
         QCOMPARE(got, (QList<QByteArray>{head + "rcon secret status", head + "rcon  status", head + "getStatus",
                                          head + "rcon pw kick \"A \"B\" \xE9\xFF"}));
         QVERIFY(!w.engine.pane().text().contains(u"secret"_s)); // the echo never holds the password
-        // A datagram the network refuses is recorded, and the steps after the send still run.
-        w.view.fields[View::Field::txtHost] = u" 000.000.000.000 "_s;
-        w.openLog();
-        w.engine.link().UDPClient_SendMessage(u"status"_s, true, true);
-        const QByteArray record = w.file(u"ErrLog.txt"_s);
-        QVERIFY(record.startsWith("\"[2026-11-22 12:00:00] - Error 126: No address for host 000.000.000.000\r\n"
-                                  "\tCalling Function: UDPClient\r\n"));
-        QVERIFY(record.endsWith("\tSource: UDPClient\r\n\tAppMsg: Error sending via UDP (UDPClient_SendMessage)\"\r\n"));
-        QVERIFY(w.file(u"servlog.txt"_s).contains(">status\r\n"));
-        // A port that is no number is no refused datagram: it ends the program.
-        w.view.fields[View::Field::txtPort] = u"12x"_s;
-        QVERIFY_THROWS_EXCEPTION(FatalExit, w.engine.link().UDPClient_SendMessage(u"status"_s, true, true));
-        QCOMPARE(w.view.boxes, QStringList{u"Quorvane has encountered an error and will shut down.\r\n\r\n"
-                                           "Error sending via UDP (UDPClient_SendMessage)[13]: Type mismatch"_s});
-    }
-
-    void arrivals()
-    {
-        EngineWorld w;
-        Peer peer;
-        w.connectTo(peer.socket.localPort(), u"pw"_s);
+        w.engine.pane().clear();
         w.openLog(); // verbose: the echo and every reply
         QSignalSpy replies(&w.engine.link(), &RconLink::replyArrived); // each ends the wait for the server
         w.engine.link().UDPClient_SendMessage(u"status"_s, true, true);
@@ -122,6 +103,19 @@ private Q_SLOTS:
             QTRY_VERIFY(w.engine.pane().text().endsWith(u"ab"_s));
             QCOMPARE(w.engine.pane().length(), qsizetype(after));
         }
+        // A datagram the network refuses is recorded, and the steps after the send still run.
+        w.view.fields[View::Field::txtHost] = u" 000.000.000.000 "_s;
+        w.engine.link().UDPClient_SendMessage(u"status"_s, true, true);
+        const QByteArray record = w.file(u"ErrLog.txt"_s);
+        QVERIFY(record.startsWith("\"[2026-11-23 00:00:00] - Error 126: No address for host 000.000.000.000\r\n"
+                                  "\tCalling Function: UDPClient\r\n"));
+        QVERIFY(record.endsWith("\tSource: UDPClient\r\n\tAppMsg: Error sending via UDP (UDPClient_SendMessage)\"\r\n"));
+        QVERIFY(w.file(u"servlog.txt"_s).endsWith("\r\n00:00:00>status\r\n===============\r\n\r\n\r\n"));
+        // A port that is no number is no refused datagram: it ends the program.
+        w.view.fields[View::Field::txtPort] = u"12x"_s;
+        QVERIFY_THROWS_EXCEPTION(FatalExit, w.engine.link().UDPClient_SendMessage(u"status"_s, true, true));
+        QCOMPARE(w.view.boxes, QStringList{u"Quorvane has encountered an error and will shut down.\r\n\r\n"
+                                           "Error sending via UDP (UDPClient_SendMessage)[13]: Type mismatch"_s});
     }
 
     // Only the server is heard: the address and port the last datagram went to. Anyone else's
