@@ -112,7 +112,10 @@ private Q_SLOTS:
         }
     }
 
-    void paneTypingAndAppends()
+    // The pane shows the engine's text and gives back what is typed in it. The boxes write
+    // through to the settings, the port box only while it holds a 32-bit number and only
+    // digits when typed; Say and Server Info go out at once with what the boxes hold.
+    void paneFieldsSayAndServerInfo()
     {
         WindowWorld w;
         OutputPane &pane = w.engine.pane();
@@ -136,13 +139,6 @@ private Q_SLOTS:
         QVERIFY(box->verticalScrollBar()->value() > 0 && box->viewport()->rect().contains(box->cursorRect()));
         pane.clear();
         QCOMPARE(box->toPlainText(), QString());
-    }
-
-    // The boxes write through to the settings, the port box only while it holds a 32-bit number
-    // and only digits when typed; Say and Server Info go out at once with what the boxes hold.
-    void fieldsSayAndServerInfo()
-    {
-        WindowWorld w;
         const Settings &s = w.settings();
         QStringList ports; // the setting, then the box as a send reads it
         for (const QString &port : {u"27015"_s, u" 2000 "_s, u"12ab"_s, QString(), u"99999999999"_s}) {
