@@ -182,13 +182,10 @@ private Q_SLOTS:
                              .arg(w.view.progressValue).arg(w.view.progressMax);
         });
         connect(&e.timKickcheck(), &Ticker::tick, this, [&] { // behind the engine's own handler
-            if (e.stats.checks == 1) {
-                SimPlayer bob;
-                bob.name = "Bob";
-                sim.addPlayer(bob);
-            } else if (e.stats.checks == 2) {
+            if (e.stats.checks == 1)
+                sim.addPlayer({.name = "Bob"});
+            else if (e.stats.checks == 2)
                 e.Form_Unload();
-            }
         });
         e.Form_Load(u"-a"_s);
         // The status of Start found nobody: the grid is drawn all the same.
