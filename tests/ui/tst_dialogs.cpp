@@ -239,7 +239,6 @@ private Q_SLOTS:
                 QVERIFY(whileOpen<frmEditFile>([&] { press(d, QLatin1String(button)); }, [&](frmEditFile &e) {
                     auto *box = control<QPlainTextEdit>(e, u"txtEdit"_s);
                     seen << e.windowTitle() << box->document()->toRawText().replace(QChar::ParagraphSeparator, u'\n');
-                    QVERIFY(box->hasFocus());
                     keys(std::get<2>(files.at(i++)) + u"[Tab][Space]"_s);
                 }));
         }, {}));

@@ -31,14 +31,50 @@ class TestMainWindow : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    // Tab walks the controls in the window's order, past the pane and the grid as well, and
-    // during a check past the command controls that the check switches off.
-    void titleTabOrderAndMenus()
+    // Every caption fits its control, and a full-width row fits its grid cells, in the face the
+    // window chose for this desktop. Tab walks the controls in the window's order, past the
+    // pane and the grid as well, and during a check past the command controls that the check
+    // switches off.
+    void faceOfTheWindow()
     {
         WindowWorld w;
+        for (const QWidget *c : w.window.findChildren<QWidget *>()) {
+            const QStyle *style = c->style();
+            int needed = 0;
+            if (const auto *button = qobject_cast<const QPushButton *>(c))
+                needed = c->fontMetrics().horizontalAdvance(button->text())
+                    + 2 * (style->pixelMetric(QStyle::PM_ButtonMargin, nullptr, c)
+                           + style->pixelMetric(QStyle::PM_DefaultFrameWidth, nullptr, c));
+            else if (qobject_cast<const QLabel *>(c))
+                needed = c->sizeHint().width();
+            else if (const auto *box = qobject_cast<const QCheckBox *>(c)) {
+                QStyleOptionButton option;
+                option.initFrom(c);
+                needed = c->width() - style->subElementRect(QStyle::SE_CheckBoxContents, &option, c).width()
+                    + c->fontMetrics().horizontalAdvance(box->text());
+            }
+            QVERIFY2(!c->isVisibleTo(&w.window) || needed <= c->width(), qPrintable(c->objectName()));
+        }
+        PlayerRecord &p = w.engine.players().currentPlayers[1];
+        std::tie(p.num, p.name, p.ping, p.score, p.ip) =
+            std::tuple(u"63"_s, u"Harrowgate_Quin"_s, u"999"_s, u"-12"_s, u"203.113.200.114:27965"_s);
+        p.jointime = 86399.0 / 86400.0, p.status = u"Ok"_s, p.warn = 3;
+        w.engine.players().currentCount = 1;
+        w.engine.grid().RefreshGrid();
+        auto *table = w.child<QTableWidget>("gridPlayers");
+        const QFontMetrics fm(table->font());
+        const int margin = 2 * (table->style()->pixelMetric(QStyle::PM_FocusFrameHMargin, nullptr, table) + 1);
+        QCOMPARE(table->item(0, 5)->text(), u"23:59:59"_s);
+        for (int c = 0; c < 8; ++c) {
+            const QString cell = table->item(0, c)->text(), header = table->horizontalHeaderItem(c)->text();
+            // Name and address are as wide as the longest of their kind, by rule, not as their captions.
+            const int headerMargin = 2 * table->style()->pixelMetric(QStyle::PM_HeaderMargin);
+            QVERIFY2(c == 1 || c == 4 || fm.horizontalAdvance(header) + headerMargin <= table->columnWidth(c),
+                     qPrintable(header));
+            QVERIFY2(fm.horizontalAdvance(cell) + margin <= table->columnWidth(c), qPrintable(cell));
+        }
         Engine &e = w.engine;
         QCOMPARE(w.window.windowTitle(), u"Harl Dunmere's Quorvane"_s);
-        e.grid().RefreshGrid(); // the grid with rows, as after a scan
         w.window.activateWindow();
         QVERIFY(QTest::qWaitForWindowActive(&w.window));
         const auto walk = [&] {
@@ -165,48 +201,6 @@ private Q_SLOTS:
         w.child<QPushButton>("cmdServerInfo")->click();
         QCOMPARE(server.next(), "\xFF\xFF\xFF\xFF\x02rcon pw say hello all");
         QCOMPARE(server.next(), "\xFF\xFF\xFF\xFF\x02rcon pw serverinfo");
-    }
-
-    // Every caption fits its control, and a full-width row fits its grid cells, in the face the
-    // window chose for this desktop.
-    void captionsAndCellsShowWhole()
-    {
-        WindowWorld w;
-        for (const QWidget *c : w.window.findChildren<QWidget *>()) {
-            const QStyle *style = c->style();
-            int needed = 0;
-            if (const auto *button = qobject_cast<const QPushButton *>(c))
-                needed = c->fontMetrics().horizontalAdvance(button->text())
-                    + 2 * (style->pixelMetric(QStyle::PM_ButtonMargin, nullptr, c)
-                           + style->pixelMetric(QStyle::PM_DefaultFrameWidth, nullptr, c));
-            else if (qobject_cast<const QLabel *>(c))
-                needed = c->sizeHint().width();
-            else if (const auto *box = qobject_cast<const QCheckBox *>(c)) {
-                QStyleOptionButton option;
-                option.initFrom(c);
-                needed = c->width() - style->subElementRect(QStyle::SE_CheckBoxContents, &option, c).width()
-                    + c->fontMetrics().horizontalAdvance(box->text());
-            }
-            QVERIFY2(!c->isVisibleTo(&w.window) || needed <= c->width(), qPrintable(c->objectName()));
-        }
-        PlayerRecord &p = w.engine.players().currentPlayers[1];
-        std::tie(p.num, p.name, p.ping, p.score, p.ip) =
-            std::tuple(u"63"_s, u"Harrowgate_Quin"_s, u"999"_s, u"-12"_s, u"203.113.200.114:27965"_s);
-        p.jointime = 86399.0 / 86400.0, p.status = u"Ok"_s, p.warn = 3;
-        w.engine.players().currentCount = 1;
-        w.engine.grid().RefreshGrid();
-        auto *table = w.child<QTableWidget>("gridPlayers");
-        const QFontMetrics fm(table->font());
-        const int margin = 2 * (table->style()->pixelMetric(QStyle::PM_FocusFrameHMargin, nullptr, table) + 1);
-        QCOMPARE(table->item(0, 5)->text(), u"23:59:59"_s);
-        for (int c = 0; c < 8; ++c) {
-            const QString cell = table->item(0, c)->text(), header = table->horizontalHeaderItem(c)->text();
-            // Name and address are as wide as the longest of their kind, by rule, not as their captions.
-            const int headerMargin = 2 * table->style()->pixelMetric(QStyle::PM_HeaderMargin);
-            QVERIFY2(c == 1 || c == 4 || fm.horizontalAdvance(header) + headerMargin <= table->columnWidth(c),
-                     qPrintable(header));
-            QVERIFY2(fm.horizontalAdvance(cell) + margin <= table->columnWidth(c), qPrintable(cell));
-        }
     }
 
     // The grid takes the extra height, pane and grid the extra width; the rows below move down.
