@@ -16,10 +16,11 @@ using Wire = QList<QByteArray>;
 
 namespace {
 
-// slot, name, address, score, ping, qport, rate
-SimPlayer player(int slot, const char *name, const char *ip, int score = 0, int ping = 50, int qport = 1500, int rate = 9000)
+// slot, name, address, score, ping, qport, rate, lastmsg
+SimPlayer player(int slot, const char *name, const char *ip, int score = 0, int ping = 50, int qport = 1500, int rate = 9000,
+                 int lastmsg = 0)
 {
-    return {slot, name, score, ping, SimPlayer::State::Active, 0, ip, 27960, qport, rate};
+    return {slot, name, score, ping, SimPlayer::State::Active, lastmsg, ip, 27960, qport, rate};
 }
 
 // The engine against the simulated server, a full status at every check, pings not looked at.
@@ -120,21 +121,22 @@ private Q_SLOTS:
     // Score strictly below the limit, QPort and Rate outside their inclusive ranges.
     void scoreAndRanges()
     {
+        // The teamkiller's name fills its column, up against a lastmsg of seven digits.
         Live rig{player(0, "Steady", "192.0.2.1", -3, 50, 1000, 8000), player(1, "Edge", "192.0.2.2", 0, 50, 2000, 9000),
-                 player(2, "Teamkiller", "192.0.2.3", -4), player(3, "Qlow", "192.0.2.4", 0, 50, 999),
-                 player(4, "Qhigh", "192.0.2.5", 0, 50, 2001), player(5, "Rlow", "192.0.2.6", 0, 50, 1500, 7999),
-                 player(6, "Rhigh", "192.0.2.7", 0, 50, 1500, 9001)};
+                 player(2, "Harrowgate_Quint", "192.0.2.3", -4, 50, 1500, 9000, 1234567),
+                 player(3, "Qlow", "192.0.2.4", 0, 50, 999), player(4, "Qhigh", "192.0.2.5", 0, 50, 2001),
+                 player(5, "Rlow", "192.0.2.6", 0, 50, 1500, 7999), player(6, "Rhigh", "192.0.2.7", 0, 50, 1500, 9001)};
         rig.s.StatusInterval = 2; // the cheap scan first: no score, qport or rate known yet
         rig.s.KickTK = rig.s.QPort = rig.s.Rate = rig.s.Ban = true;
         rig.s.QPortMin = 1000, rig.s.QPortMax = 2000, rig.s.RateMin = 8000, rig.s.RateMax = 9000;
         rig.s.BanFor = 11; // TKing and bad words
         QCOMPARE(rig.check(), Wire{"getStatus"});
-        QCOMPARE(rig.check(), (Wire{"status", "say [Quorvane]: Kicked Teamkiller for for TKing.", "clientkick 2",
+        QCOMPARE(rig.check(), (Wire{"status", "say [Quorvane]: Kicked Harrowgate_Quint for for TKing.", "clientkick 2",
                                     "say [Quorvane]: Kicked Qlow for QPort.", "clientkick 3", "say [Quorvane]: Kicked Qhigh for QPort.",
                                     "clientkick 4", "say [Quorvane]: Kicked Rlow for Rate.", "clientkick 5",
                                     "say [Quorvane]: Kicked Rhigh for Rate.", "clientkick 6"}));
         QCOMPARE(rig.left(), (Wire{"Steady", "Edge"}));
-        QCOMPARE(rig.w.file(u"banned.txt"_s) + rig.w.file(u"bannedIP.txt"_s), "Teamkiller\r\n192.0.2.3\r\n"_ba);
+        QCOMPARE(rig.w.file(u"banned.txt"_s) + rig.w.file(u"bannedIP.txt"_s), "Harrowgate_Quint\r\n192.0.2.3\r\n"_ba);
     }
 
     void namesAndAddresses()

@@ -68,32 +68,11 @@ void load(PlayerState &state, const QStringList &previous, const QStringList &sc
     state.scanCount = static_cast<qint32>(scan.size());
 }
 
-SimPlayer player(const char *name, int ping, const char *ip, quint16 port, int score = 0)
-{
-    SimPlayer p;
-    p.name = name, p.ping = ping, p.ip = ip, p.port = port, p.score = score, p.qport = 1000 + port % 1000;
-    return p;
-}
-
 } // namespace
 
 class TestPlayers : public QObject
 {
     Q_OBJECT
-
-    struct Rig
-    {
-        SimServer sim;
-        EngineWorld w{40};
-        Rig()
-        {
-            sim.setPassword("pw");
-            sim.setMap("obj/obj_team2");
-            sim.listen();
-            w.connectTo(sim.port(), u"pw"_s);
-        }
-        QString row(int r) const { return w.view.grid.rows.at(r).cells.join(u'|'); }
-    };
 
 private Q_SLOTS:
     // The area (-1, 0, or 1 for one found), the rows parsed, the map and, where a row's
@@ -271,77 +250,50 @@ private Q_SLOTS:
         QCOMPARE(g.columnWidths, (QList<qint32>{500, 1100, 500, 550, 900, 1000, 550, 550})); // IP below its base width
     }
 
-    void statusFillsGridAndPanel()
-    {
-        Rig rig;
-        rig.sim.addPlayer(player("^1Red^7Baron", 48, "192.0.2.7", 12203, 12));
-        SimPlayer quint = player("Harrowgate_Quint", 999, "198.51.100.4", 27960, -2); // fills its column
-        quint.lastmsg = 1234567;
-        rig.sim.addPlayer(quint);
-        SimPlayer zombie = player("Zed", 0, "203.0.113.9", 1024);
-        zombie.state = SimPlayer::State::Zombie;
-        rig.sim.addPlayer(zombie);
-        rig.sim.addPlayer(player("Quick", 51, "203.0.113.10", 1025, 3));
-
-        rig.w.engine.mnuStatus_Click(); // the reply as the server lays it out; cleaning is the link's test
-        QString first = rig.row(0);
-        QVERIFY2(first.section(u'|', 5, 5).startsWith(u"12:00:0"_s), qPrintable(first)); // a drain's seconds on
-        QCOMPARE(first.remove(u'|' + first.section(u'|', 5, 5)), u"0|RedBaron|48|12|192.0.2.7|Ok|0/3"_s);
-        QVERIFY(rig.row(1).startsWith(u"1|Harrowgate_Quint|999|-2|198.51.100.4|"_s));
-        const auto label = [&](View::Label l) { return rig.w.view.labels.value(l); };
-        QCOMPARE(label(View::Label::lblPlayers), u"Players (C/T): 4 / 4"_s);
-        QCOMPARE(label(View::Label::lblMap), u"Map (C/T): obj/obj_team2 / 0"_s);
-        QCOMPARE(rig.w.view.trayTip, u"Players:4/4\r\nMap:obj/obj_team2\r\nChecks:0\r\nKicks:0\r\nBans:0"_s);
-
-        // The next scan is read behind the newest echo; its table comes in several datagrams,
-        // which join without a seam. The map counts one reply late.
-        rig.sim.removePlayer(2);
-        for (int i = 0; i < 40; ++i)
-            rig.sim.addPlayer(player(qPrintable(u"Player%1"_s.arg(i)), 40, "192.0.2.1", quint16(2000 + i)));
-        QVERIFY(rig.sim.statusText().size() > 2 * SimServer::kMaxTextPerDatagram);
-        rig.w.engine.mnuStatus_Click();
-        QCOMPARE(rig.w.engine.players().currentCount, 43);
-        QVERIFY(rig.row(2).startsWith(u"2|Player0|40|0|192.0.2.1|"_s)); // on the slot the zombie left
-        QVERIFY(rig.row(42).startsWith(u"42|Player39|40|0|192.0.2.1|"_s));
-        QCOMPARE(rig.w.view.labels.value(View::Label::lblMap), u"Map (C/T): obj/obj_team2 / 1"_s);
-    }
-
     // Two equal names on a cheap scan: a full one follows. No reply: the table stays; a
     // refused command is logged, and no check starts while a command waits for its answer.
     void cheapScanBecomesFullAndNoServerLeavesTheTable()
     {
-        Rig rig;
-        rig.sim.addPlayer(player("Twin", 40, "192.0.2.1", 1001));
-        rig.sim.addPlayer(player("Twin", 60, "192.0.2.2", 1002));
-        QVERIFY(rig.w.engine.statusCycle().sendStatus(u"getStatus"_s));
-        const QString pane = rig.w.engine.pane().text();
+        SimServer sim;
+        sim.setPassword("pw");
+        sim.setMap("obj/obj_team2");
+        sim.listen();
+        EngineWorld w(40);
+        w.connectTo(sim.port(), u"pw"_s);
+        sim.addPlayer({.name = "Twin", .ping = 40, .ip = "192.0.2.1", .port = 1001});
+        sim.addPlayer({.name = "Twin", .ping = 60, .ip = "192.0.2.2", .port = 1002});
+        QVERIFY(w.engine.statusCycle().sendStatus(u"getStatus"_s));
+        const QString pane = w.engine.pane().text();
         const qsizetype notice = pane.indexOf(u"\r\nDetected impersonator - running a full status to trap IPs\r\n"_s);
         QVERIFY(notice > pane.indexOf(u">getStatus"_s));
         QVERIFY(pane.indexOf(u">status\r\n"_s) > notice);
-        QCOMPARE(rig.w.engine.players().currentPlayers[2].ip, u"192.0.2.2"_s);
+        QCOMPARE(w.engine.players().currentPlayers[2].ip, u"192.0.2.2"_s);
+        QCOMPARE(w.view.labels.value(View::Label::lblPlayers) + u'|' + w.view.labels.value(View::Label::lblMap),
+                 u"Players (C/T): 2 / 2|Map (C/T): obj/obj_team2 / 1"_s);
+        QCOMPARE(w.view.trayTip, u"Players:2/2\r\nMap:obj/obj_team2\r\nChecks:0\r\nKicks:0\r\nBans:0"_s);
         // The cheap datagram went without the password, the full one with it.
-        const QList<SimServer::Datagram> sent = rig.sim.received();
+        const QList<SimServer::Datagram> sent = sim.received();
         QCOMPARE(sent.size(), 2);
         QCOMPARE(sent.at(0).bytes + u'|' + sent.at(1).bytes, "\xFF\xFF\xFF\xFF\x02getStatus|\xFF\xFF\xFF\xFF\x02rcon pw status"_ba);
-        rig.sim.close();
-        QVERIFY(!rig.w.engine.statusCycle().sendStatus(u"status"_s));
-        QCOMPARE(rig.w.engine.players().currentCount, 2);
-        rig.w.openLog(true);
+        sim.close();
+        QVERIFY(!w.engine.statusCycle().sendStatus(u"status"_s));
+        QCOMPARE(w.engine.players().currentCount, 2);
+        w.openLog(true);
         bool taken = true;
-        rig.w.whileDraining([&] { taken = rig.w.engine.statusCycle().sendStatus(u"status"_s); }); // the queue refuses it
+        w.whileDraining([&] { taken = w.engine.statusCycle().sendStatus(u"status"_s); }); // the queue refuses it
         QVERIFY(!taken);
         // A check that comes while a command waits for its answer goes no further than its guard.
         Peer late; // takes the command and never answers
-        rig.w.pointAt(late.socket.localPort(), u"pw"_s);
+        w.pointAt(late.socket.localPort(), u"pw"_s);
         late.answerWith([&](const QByteArray &) {
-            rig.w.engine.TkCheck();
+            w.engine.TkCheck();
             return QList<QByteArray>{};
         });
-        rig.w.engine.settings.CommandDelay = 10;
-        rig.w.engine.queue().AddSrvCmd(u"status"_s, true, true, true);
-        QCOMPARE(rig.w.engine.stats.checks, 0);
-        QVERIFY(rig.w.file(u"servlog.txt"_s).contains("\r\n\r\nError: sendStatus couldn't add status command to queue.\r\n\r\nstatus\r\n\r\n["));
-        QVERIFY(rig.w.file(u"servlog.txt"_s).endsWith("]\r\nRunning a TK check.\r\n\r\n...skipped check, still waiting for server.\r\n\r\n"
+        w.engine.settings.CommandDelay = 10;
+        w.engine.queue().AddSrvCmd(u"status"_s, true, true, true);
+        QCOMPARE(w.engine.stats.checks, 0);
+        QVERIFY(w.file(u"servlog.txt"_s).contains("\r\n\r\nError: sendStatus couldn't add status command to queue.\r\n\r\nstatus\r\n\r\n["));
+        QVERIFY(w.file(u"servlog.txt"_s).endsWith("]\r\nRunning a TK check.\r\n\r\n...skipped check, still waiting for server.\r\n\r\n"
                                                       "Error: SendCommands timed out waiting for response. Couldn't send status\r\n\r\n"));
     }
 };
