@@ -324,9 +324,12 @@ private Q_SLOTS:
         QCOMPARE(t.file(u"banned.txt"_s) + t.file(u"bannedIP.txt"_s), k.how.contains(u'T') ? "192.0.2.2\r\n"_ba : QByteArray());
     }
 
-    // Within 5.184 s a second kick of a row is dropped without a word; after it the row is
-    // kicked again in full, under the new reason. Times of day have no date.
-    void repeatGate()
+    // The kick action. Within 5.184 s a second kick of a row is dropped without a word; after
+    // it the row is kicked again in full, under the new reason; times of day have no date.
+    // High-ping lines in file order and round again, also when nobody is told; the kick by
+    // name of a row without a slot; an immune row hears why, whatever TellPlayers says; the
+    // pause behind the words; a refused kick moves its statistic and nothing else.
+    void kickAction()
     {
         const QList<std::tuple<QTime, int, bool>> rows{{QTime(20, 0), 5183, false}, {QTime(20, 0), 5184, true},
                                                        {QTime(23, 59, 58), 7000, false}};
@@ -342,13 +345,6 @@ private Q_SLOTS:
             QCOMPARE(t.stats.bankicks, again ? 2 : 1);
             QCOMPARE(t.logLines().contains(u"Forcing re-kick on client# 1 (Bob)"_s), again);
         }
-    }
-
-    // High-ping lines in file order and round again, also when nobody is told; the kick by
-    // name of a row without a slot; an immune row hears why, whatever TellPlayers says; the
-    // pause behind the words; a refused kick moves its statistic and nothing else.
-    void kickWords()
-    {
         Table t;
         t.settings.TellPause = 2, t.settings.Ban = true; // BanFor 10: for TKing
         t.list(u"highping.txt"_s, "%name% lags at %ping%\r\n\r\nSorry %name%\r\nBye\r\n"_ba);

@@ -85,7 +85,6 @@ private Q_SLOTS:
         const QList<QPair<QString, QString>> cases{
             {statusReply(u"mohdm1"_s, {}), u"0 - old"_s},
             {statusReply(u"mohdm1"_s, rows(3)).chopped(4), u"1 2 mohdm1"_s}, // the last row without its line end
-            {u"status\r\n===============\r\n"_s, u"-1 - old"_s},
             {u"status\r\n"_s + QString(135, u'x'), u"-1 - old"_s},
             {u"status\r\n"_s + QString(136, u'x'), u"1 0 "_s},
             {getStatusReply(info, {u"1 \"a\""_s, u"2 \"b\""_s}), u"1 2 dm/mohdm6"_s},
