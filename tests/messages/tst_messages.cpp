@@ -99,9 +99,9 @@ private Q_SLOTS:
     // tick is due and says nothing; running, the lines go in turn and round again, blank ones
     // skipped, the head from the trimmed voice, no player's variables. Only "ON" arms the
     // timer. A blank voice leaves no colon; an emptied file leaves the old first line.
-    // Refused or random, by hand.
-    // 600 clock seconds a real second: the minute timer ticks every 100 ms. A peer on loopback
-    // stands for the server and answers every command. Start runs no status exchange.
+    // Refused or random, by hand. At 600 clock seconds a real second the minute timer ticks
+    // every 100 ms; a peer on loopback stands for the server and answers every command, and
+    // Start runs no status exchange.
     void said()
     {
         EngineWorld w(600, nullptr, [] {});

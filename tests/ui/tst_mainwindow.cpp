@@ -31,10 +31,10 @@ class TestMainWindow : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    // Every caption fits its control, and a full-width row fits its grid cells, in the face the
-    // window chose for this desktop. Tab walks the controls in the window's order, past the
-    // pane and the grid as well, and during a check past the command controls that the check
-    // switches off.
+    // Every caption fits its control, and a full-width row fits its grid cells under their
+    // headers, in the face the window chose for this desktop. Tab walks the controls in the
+    // window's order, past the pane and the grid as well, and during a check past the command
+    // controls that the check switches off.
     void faceOfTheWindow()
     {
         WindowWorld w;
