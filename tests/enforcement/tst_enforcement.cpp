@@ -16,10 +16,11 @@ using Wire = QList<QByteArray>;
 
 namespace {
 
-// slot, name, address, score, ping, qport, rate
-SimPlayer player(int slot, const char *name, const char *ip, int score = 0, int ping = 50, int qport = 1500, int rate = 9000)
+// slot, name, address, score, ping, qport, rate, lastmsg
+SimPlayer player(int slot, const char *name, const char *ip, int score = 0, int ping = 50, int qport = 1500, int rate = 9000,
+                 int lastmsg = 0)
 {
-    return {slot, name, score, ping, SimPlayer::State::Active, 0, ip, 27960, qport, rate};
+    return {slot, name, score, ping, SimPlayer::State::Active, lastmsg, ip, 27960, qport, rate};
 }
 
 // The engine against the simulated server, a full status at every check, pings not looked at.
@@ -35,8 +36,8 @@ struct Live
         sim.setPassword("pw");
         sim.listen();
         w.connectTo(sim.port(), u"pw"_s);
-        s.StatusInterval = 1, s.KickPing = false, s.SaveLog = true;
-        w.engine.log().OpenLog();
+        s.StatusInterval = 1, s.KickPing = false;
+        w.openLog();
         for (const SimPlayer &p : players)
             sim.addPlayer(p);
     }
@@ -120,28 +121,27 @@ private Q_SLOTS:
     // Score strictly below the limit, QPort and Rate outside their inclusive ranges.
     void scoreAndRanges()
     {
+        // The teamkiller's name fills its column, up against a lastmsg of seven digits.
         Live rig{player(0, "Steady", "192.0.2.1", -3, 50, 1000, 8000), player(1, "Edge", "192.0.2.2", 0, 50, 2000, 9000),
-                 player(2, "Teamkiller", "192.0.2.3", -4), player(3, "Qlow", "192.0.2.4", 0, 50, 999),
-                 player(4, "Qhigh", "192.0.2.5", 0, 50, 2001), player(5, "Rlow", "192.0.2.6", 0, 50, 1500, 7999),
-                 player(6, "Rhigh", "192.0.2.7", 0, 50, 1500, 9001)};
+                 player(2, "Harrowgate_Quint", "192.0.2.3", -4, 50, 1500, 9000, 1234567),
+                 player(3, "Qlow", "192.0.2.4", 0, 50, 999), player(4, "Qhigh", "192.0.2.5", 0, 50, 2001),
+                 player(5, "Rlow", "192.0.2.6", 0, 50, 1500, 7999), player(6, "Rhigh", "192.0.2.7", 0, 50, 1500, 9001)};
         rig.s.StatusInterval = 2; // the cheap scan first: no score, qport or rate known yet
         rig.s.KickTK = rig.s.QPort = rig.s.Rate = rig.s.Ban = true;
         rig.s.QPortMin = 1000, rig.s.QPortMax = 2000, rig.s.RateMin = 8000, rig.s.RateMax = 9000;
         rig.s.BanFor = 11; // TKing and bad words
         QCOMPARE(rig.check(), Wire{"getStatus"});
-        QCOMPARE(rig.check(), (Wire{"status", "say [Quorvane]: Kicked Teamkiller for for TKing.", "clientkick 2",
+        QCOMPARE(rig.check(), (Wire{"status", "say [Quorvane]: Kicked Harrowgate_Quint for for TKing.", "clientkick 2",
                                     "say [Quorvane]: Kicked Qlow for QPort.", "clientkick 3", "say [Quorvane]: Kicked Qhigh for QPort.",
                                     "clientkick 4", "say [Quorvane]: Kicked Rlow for Rate.", "clientkick 5",
                                     "say [Quorvane]: Kicked Rhigh for Rate.", "clientkick 6"}));
         QCOMPARE(rig.left(), (Wire{"Steady", "Edge"}));
-        QCOMPARE(rig.w.file(u"banned.txt"_s) + rig.w.file(u"bannedIP.txt"_s), "Teamkiller\r\n192.0.2.3\r\n"_ba);
-        // The kick is echoed in the pane, the words to the players are not.
-        QVERIFY(rig.w.view.pane.contains(u">clientkick 2\r\n"_s) && !rig.w.view.pane.contains(u">say"_s));
+        QCOMPARE(rig.w.file(u"banned.txt"_s) + rig.w.file(u"bannedIP.txt"_s), "Harrowgate_Quint\r\n192.0.2.3\r\n"_ba);
     }
 
     void namesAndAddresses()
     {
-        Live rig{player(0, "^1Vil^7lain", "192.0.2.1"), player(1, "Sneaky", "198.51.100.9"), player(2, "xCHEATx", "192.0.2.3"),
+        Live rig{player(0, "^1Vil^7lain", "192.0.2.1"), player(1, "Jos\xe9", "198.51.100.9"), player(2, "xCHEATx", "192.0.2.3"),
                  player(3, "Warden", "192.0.2.50")};
         rig.s.StatusInterval = 2; // the cheap scan first: no slots, no addresses
         rig.s.NameCheck = rig.s.Ban = true;
@@ -150,18 +150,16 @@ private Q_SLOTS:
                    {u"badnames.txt"_s, "cheat\r\n"}, {u"immuneIP.txt"_s, "192.0.2.50\r\n"}});
         QCOMPARE(rig.check(), (Wire{"getStatus", "say [Quorvane]: Kicked Villain for banned name.", "kick \"Villain\"",
                                     "say [Quorvane]: Kicked xCHEATx for bad word in name.", "kick \"xCHEATx\""}));
-        QCOMPARE(rig.check(), (Wire{"status", "say [Quorvane]: Kicked Sneaky for banned IP.", "clientkick 1",
+        QCOMPARE(rig.check(), (Wire{"status", "say [Quorvane]: Kicked Jos\xe9 for banned IP.", "clientkick 1",
                                     "say [Quorvane]: Immune (Warden / banned IP)."}));
         QCOMPARE(rig.left(), Wire{"Warden"});
-        QCOMPARE(rig.w.file(u"banned.txt"_s), "villain\r\nVillain\r\nxCHEATx\r\nSneaky\r\n"_ba);
+        // Appended a byte a character, as the server sent the name.
+        QCOMPARE(rig.w.file(u"banned.txt"_s), "villain\r\nVillain\r\nxCHEATx\r\nJos\xe9\r\n"_ba);
         QCOMPARE(rig.w.file(u"bannedIP.txt"_s), "198.51.100.9\r\n192.0.2.50\r\n198.51.100.9\r\n"_ba);
-        QCOMPARE(rig.w.engine.stats.banadds, 3);
-        const QByteArray log = rig.w.file(u"servlog.txt"_s);
-        QVERIFY(log.contains("Skipped banning IP of Villain due to unknown IP\r\n\r\nKicked Villain [----] for banned name."));
-        // Sneaky's ban reloads both lists under the walk: the address walk keeps its bound,
+        // José's ban reloads both lists under the walk: the address walk keeps its bound,
         // the name walk after it sees his name.
-        QVERIFY(log.contains("kickBannedPlayers: 3 players kicked.\r\n\r\nkickBadNamePlayers: 0 players kicked.\r\n\r\n"
-                             "kickImpersonators: 0 players kicked."));
+        QVERIFY(rig.w.file(u"servlog.txt"_s).contains("kickBannedPlayers: 3 players kicked.\r\n\r\n"
+                                                      "kickBadNamePlayers: 0 players kicked.\r\n\r\nkickImpersonators: 0 players kicked."));
     }
 
     // A stranger's status table (slot 2 "evil one" at 203.0.113.99), and the same with a short
@@ -229,7 +227,6 @@ private Q_SLOTS:
                                      u"0/3 2/3"_s, u"0/3 3/3"_s}));
         QCOMPARE(said, (Wire{"say [Quorvane]: Laggy, your ping of 751 is over 750.", "clientkick 1"}));
         QCOMPARE(rig.left(), Wire{"Steady"});
-        QCOMPARE(rig.w.engine.stats.pingkicks, 1);
         QCOMPARE(rig.w.file(u"banned.txt"_s) + rig.w.file(u"bannedIP.txt"_s), QByteArray());
         QCOMPARE(rig.w.view.pane.count(u"skipping ping check"_s), 1);
         QVERIFY(rig.w.view.pane.contains(u"Changed from [dm/a] to [dm/b] - skipping ping check\r\n"_s));
@@ -327,12 +324,14 @@ private Q_SLOTS:
         QCOMPARE(t.file(u"banned.txt"_s) + t.file(u"bannedIP.txt"_s), k.how.contains(u'T') ? "192.0.2.2\r\n"_ba : QByteArray());
     }
 
-    // Within 5.184 s a second kick of a row is dropped without a word; after it the row is
-    // kicked again in full, under the new reason. Times of day have no date.
-    void repeatGate()
+    // The kick action. Within 5.184 s a second kick of a row is dropped without a word; after
+    // it the row is kicked again in full, under the new reason; times of day have no date.
+    // High-ping lines in file order and round again, also when nobody is told; the kick by
+    // name of a row without a slot; an immune row hears why, whatever TellPlayers says; the
+    // pause behind the words; a refused kick moves its statistic and nothing else.
+    void kickAction()
     {
-        const QList<std::tuple<QTime, int, bool>> rows{{QTime(12, 0), 5000, false}, {QTime(12, 0), 5200, true},
-                                                       {QTime(20, 0), 5183, false}, {QTime(20, 0), 5184, true},
+        const QList<std::tuple<QTime, int, bool>> rows{{QTime(20, 0), 5183, false}, {QTime(20, 0), 5184, true},
                                                        {QTime(23, 59, 58), 7000, false}};
         for (const auto &[first, laterMs, again] : rows) {
             Table t;
@@ -346,13 +345,6 @@ private Q_SLOTS:
             QCOMPARE(t.stats.bankicks, again ? 2 : 1);
             QCOMPARE(t.logLines().contains(u"Forcing re-kick on client# 1 (Bob)"_s), again);
         }
-    }
-
-    // High-ping lines in file order and round again, also when nobody is told; the kick by
-    // name of a row without a slot; an immune row hears why, whatever TellPlayers says; the
-    // pause behind the words; a refused kick moves its statistic and nothing else.
-    void kickWords()
-    {
         Table t;
         t.settings.TellPause = 2, t.settings.Ban = true; // BanFor 10: for TKing
         t.list(u"highping.txt"_s, "%name% lags at %ping%\r\n\r\nSorry %name%\r\nBye\r\n"_ba);

@@ -37,7 +37,8 @@ class TestLink : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void sending()
+    // What goes out, what comes in and how it shows, over one socket to a bare peer.
+    void sendingAndArrivals()
     {
         EngineWorld w;
         Peer peer;
@@ -56,29 +57,7 @@ private Q_SLOTS:
         QCOMPARE(got, (QList<QByteArray>{head + "rcon secret status", head + "rcon  status", head + "getStatus",
                                          head + "rcon pw kick \"A \"B\" \xE9\xFF"}));
         QVERIFY(!w.engine.pane().text().contains(u"secret"_s)); // the echo never holds the password
-        // A datagram the network refuses is recorded, and the steps after the send still run.
-        w.view.fields[View::Field::txtHost] = u" 000.000.000.000 "_s;
-        w.openLog();
-        w.engine.link().UDPClient_SendMessage(u"status"_s, true, true);
-        QVERIFY(w.view.boxes.isEmpty());
-        const QByteArray record = w.file(u"ErrLog.txt"_s);
-        QVERIFY(record.startsWith("\"[2026-11-22 12:00:00] - Error 126: No address for host 000.000.000.000\r\n"
-                                  "\tCalling Function: UDPClient\r\n"));
-        QVERIFY(record.endsWith("\tSource: UDPClient\r\n\tAppMsg: Error sending via UDP (UDPClient_SendMessage)\"\r\n"));
-        QVERIFY(w.engine.pane().text().endsWith(u">status\r\n===============\r\n"_s));
-        QVERIFY(w.file(u"servlog.txt"_s).contains(">status\r\n"));
-        // A port that is no number is no refused datagram: it ends the program.
-        w.view.fields[View::Field::txtPort] = u"12x"_s;
-        QVERIFY_THROWS_EXCEPTION(FatalExit, w.engine.link().UDPClient_SendMessage(u"status"_s, true, true));
-        QCOMPARE(w.view.boxes, QStringList{u"Quorvane has encountered an error and will shut down.\r\n\r\n"
-                                           "Error sending via UDP (UDPClient_SendMessage)[13]: Type mismatch"_s});
-    }
-
-    void arrivals()
-    {
-        EngineWorld w;
-        Peer peer;
-        w.connectTo(peer.socket.localPort(), u"pw"_s);
+        w.engine.pane().clear();
         w.openLog(); // verbose: the echo and every reply
         QSignalSpy replies(&w.engine.link(), &RconLink::replyArrived); // each ends the wait for the server
         w.engine.link().UDPClient_SendMessage(u"status"_s, true, true);
@@ -89,7 +68,6 @@ private Q_SLOTS:
         QTRY_VERIFY(w.engine.pane().text().endsWith(u"\r\n\r\n"_s));
         QCOMPARE(w.engine.pane().text(), u"\r\n12:00:00>status\r\n===============\r\nmap: obj/team1\r\nabcdef ^8x^9y print "
                                          "^1\r\na\r\r\n\u00ff\u00ff\u00ff\u00ffstatusResponse\r\n\r\n"_s);
-        QCOMPARE(w.view.pane, w.engine.pane().text());
         const QByteArray log = w.file(u"servlog.txt"_s);
         QCOMPARE(log.mid(log.indexOf("\r\n\r\n") + 4),
                  "12:00:00>status\r\n===============\r\n\r\n\r\nmap: obj/team1\r\nabcdef ^8x^9y print ^1\r\n\r\n\r\n"
@@ -105,8 +83,7 @@ private Q_SLOTS:
         QTRY_COMPARE(w.engine.pane().text(), u"\r\n(no connection)\r\n(no connection)"_s);
         QCOMPARE(w.view.labels.value(View::Label::lblResponseTime), u"250 ms"_s);
         // Only a real midnight between send and reply adds a day.
-        const QList<std::tuple<QTime, double, QString>> times{{QTime(21, 43, 17, 311), 0.0, u"0 ms"_s},
-                                                              {QTime(23, 59, 59, 999), 0.0, u"0 ms"_s},
+        const QList<std::tuple<QTime, double, QString>> times{{QTime(23, 59, 59, 999), 0.0, u"0 ms"_s},
                                                               {QTime(22, 30, 0, 7), 0.007, u"7 ms"_s},
                                                               {QTime(23, 59, 59, 900), 0.25, u"250 ms"_s}};
         for (const auto &[sent, later, label] : times) {
@@ -125,13 +102,26 @@ private Q_SLOTS:
             peer.reply("ab");
             QTRY_VERIFY(w.engine.pane().text().endsWith(u"ab"_s));
             QCOMPARE(w.engine.pane().length(), qsizetype(after));
-            QCOMPARE(w.view.pane.size(), qsizetype(after));
         }
+        // A datagram the network refuses is recorded, and the steps after the send still run.
+        w.view.fields[View::Field::txtHost] = u" 000.000.000.000 "_s;
+        w.engine.link().UDPClient_SendMessage(u"status"_s, true, true);
+        const QByteArray record = w.file(u"ErrLog.txt"_s);
+        QVERIFY(record.startsWith("\"[2026-11-23 00:00:00] - Error 126: No address for host 000.000.000.000\r\n"
+                                  "\tCalling Function: UDPClient\r\n"));
+        QVERIFY(record.endsWith("\tSource: UDPClient\r\n\tAppMsg: Error sending via UDP (UDPClient_SendMessage)\"\r\n"));
+        QVERIFY(w.file(u"servlog.txt"_s).endsWith("\r\n00:00:00>status\r\n===============\r\n\r\n\r\n"));
+        // A port that is no number is no refused datagram: it ends the program.
+        w.view.fields[View::Field::txtPort] = u"12x"_s;
+        QVERIFY_THROWS_EXCEPTION(FatalExit, w.engine.link().UDPClient_SendMessage(u"status"_s, true, true));
+        QCOMPARE(w.view.boxes, QStringList{u"Quorvane has encountered an error and will shut down.\r\n\r\n"
+                                           "Error sending via UDP (UDPClient_SendMessage)[13]: Type mismatch"_s});
     }
 
     // Only the server is heard: the address and port the last datagram went to. Anyone else's
     // datagram touches nothing; the operator hears of them at most once a minute, and not
-    // while an exchange is under way. With ServerOnly off every datagram is taken again.
+    // while an exchange is under way. (What is still untold at the stop: the core's flood run;
+    // ServerOnly off: the enforcement's forged tables.)
     void strangers()
     {
         bool checking = false;
@@ -146,7 +136,6 @@ private Q_SLOTS:
         QVERIFY(host2.bind(QHostAddress(u"127.0.0.2"_s), p) && host3.bind(QHostAddress(u"127.0.0.3"_s), p)
                 && host4.bind(QHostAddress(u"127.0.0.4"_s), p));
         w.connectTo(p);
-        w.openLog();
         const auto forge = [&](QUdpSocket &from) { from.writeDatagram(printHead + "0 evil\n", QHostAddress::LocalHost, e.link().localPort()); };
         const auto dropped = [&](QList<QUdpSocket *> senders) {
             for (QUdpSocket *from : senders) {
@@ -160,8 +149,7 @@ private Q_SLOTS:
             u"Ignored 1 datagram not from the server: 1 from %1."_s.arg(at.arg(1).arg(p)),
             u"Ignored 2 datagrams not from the server: 1 from 127.0.0.1:%1, 1 from %2."_s.arg(port2.localPort()).arg(at.arg(2).arg(p)),
             u"Ignored 4 datagrams not from the server: 1 from %1, 1 from %2, 1 from %3, 1 from others."_s.arg(
-                at.arg(2).arg(p), at.arg(3).arg(p), at.arg(4).arg(p)),
-            u"Ignored 1 datagram not from the server: 1 from %1."_s.arg(at.arg(3).arg(p))};
+                at.arg(2).arg(p), at.arg(3).arg(p), at.arg(4).arg(p))};
         forge(server.socket); // before the first send nobody is the server
         QTRY_VERIFY(!e.pane().text().isEmpty());
         QSignalSpy replies(&e.link(), &RconLink::replyArrived); // each ends the wait for the server
@@ -188,18 +176,6 @@ private Q_SLOTS:
         QTRY_COMPARE(replies.count(), 1);
         QVERIFY(e.link().serverAnswered() && w.view.labels.value(View::Label::lblResponseTime) == u"122000 ms"_s);
         QCOMPARE(e.pane().text(), pane + u"ok\r\n"_s);
-        e.settings.ServerOnly = false;
-        forge(port2);
-        QTRY_VERIFY(e.pane().text().endsWith(u"ok\r\n0 evil\r\n"_s));
-        // What is still untold at the orderly stop is told before the log closes; the log holds a
-        // line a notice and nothing of what the strangers sent.
-        e.settings.ServerOnly = true;
-        dropped({&host3});
-        e.Form_Unload();
-        const QString log = QString::fromLatin1(w.file(u"servlog.txt"_s));
-        QCOMPARE(log.mid(log.indexOf(u"Ignored"_s)).section(u"----"_s, 0, 0),
-                 told[0] + u"\r\n\r\n12:00:00>status\r\n===============\r\n\r\n\r\n"_s + told[1] + u"\r\n\r\n"_s + told[2]
-                     + u"\r\n\r\nok\r\n\r\n\r\n0 evil\r\n\r\n\r\n"_s + told[3] + u"\r\n\r\nShutting down and closing log.\r\n\r\n"_s);
     }
 
     void queueDrainsInOrderWithinTheLastCall()
@@ -223,7 +199,6 @@ private Q_SLOTS:
         QVERIFY(q.AddSrvCmd(u"one"_s, true, false, true));
         QVERIFY(q.AddSrvCmd(u"two"_s, false, false, false));
         QVERIFY(q.AddSrvCmd(u"three"_s, true, false, true, -5));
-        QCOMPARE(peer.received.size(), 0);
         const QDateTime before = w.clock.now();
         QVERIFY(q.AddSrvCmd(u"four"_s, true, true, true));
         const double took = before.msecsTo(w.clock.now()) / 1000.0; // a second, then one delay each
@@ -232,7 +207,6 @@ private Q_SLOTS:
         QVERIFY2(took >= 5.0 && took < 6.5, qPrintable(QString::number(took)));
         QCOMPARE(inside, u"0 3 0"_s);
         QVERIFY(q.srvqueueTop() == -1 && !q.queueDraining() && timeouts(w.engine) == 0);
-        QVERIFY(q.AddSrvCmd(u"after"_s) && q.srvqueueTop() == 0);
         // Echoes only for the entries that asked for them, each reply behind its echo.
         const QString pane = w.engine.pane().text();
         QVERIFY(pane.indexOf(u">one"_s) < pane.indexOf(u"ok one"_s));
@@ -240,6 +214,12 @@ private Q_SLOTS:
         // The three queue controls go off for the drain and come back.
         QCOMPARE(w.view.enableLog.first(), qMakePair(View::Control::cmdStatus, false));
         QCOMPARE(w.view.enableLog.last(), qMakePair(View::Control::cmdServerInfo, true));
+        // Emptied, it takes entries again, to the last place and no further.
+        for (int i = 0; i < 2049; ++i)
+            QVERIFY(q.AddSrvCmd(u"say %1"_s.arg(i)));
+        QCOMPARE(q.srvqueueTop(), 2048);
+        QVERIFY_THROWS_EXCEPTION(FatalExit, q.AddSrvCmd(u"one too many"_s));
+        QVERIFY(w.view.boxes.value(0).endsWith(u"Error adding to srvqueue (AddSrvCmd)[9]: Subscript out of range"_s));
     }
 
     // The wait after a send is the time the server has to answer: CommandDelay, then intPause.
@@ -264,17 +244,6 @@ private Q_SLOTS:
             QCOMPARE(log.contains("Couldn't send b \"x\"\r\n\r\n"), expected > 0);
             QVERIFY(!w.engine.queue().waitingForServer());
         }
-    }
-
-    void entryBeyondTheTableIsFatal()
-    {
-        EngineWorld w;
-        CommandQueue &q = w.engine.queue();
-        for (int i = 0; i < 2049; ++i)
-            QVERIFY(q.AddSrvCmd(u"say %1"_s.arg(i)));
-        QCOMPARE(q.srvqueueTop(), 2048);
-        QVERIFY_THROWS_EXCEPTION(FatalExit, q.AddSrvCmd(u"one too many"_s));
-        QVERIFY(w.view.boxes.value(0).endsWith(u"Error adding to srvqueue (AddSrvCmd)[9]: Subscript out of range"_s));
     }
 };
 

@@ -28,7 +28,7 @@ public:
     void setSettingsTicked(bool) override {}
     void setTrayTicked(bool) override {}
 
-    void showGrid(const GridView &g) override { grid = g, ++gridShows; }
+    void showGrid(const GridView &g) override { grid = g; }
     int gridCurrentRow() const override { return -1; }
     qint32 gridRowData(int row) const override
     {
@@ -56,7 +56,7 @@ public:
     QHash<Control, bool> enabled;
     QList<QPair<Control, bool>> enableLog;
     GridView grid;
-    int cursorMoves = 0, gridShows = 0, progressMax = 0, progressValue = 0, state = 0;
+    int cursorMoves = 0, progressMax = 0, progressValue = 0, state = 0;
     bool trayFlashing = false;
     QStringList boxes, questions;
     QList<bool> answers;

@@ -47,15 +47,6 @@ public:
             f.write(bytes);
     }
 
-    // Makes `name` in the working folder a link to /dev/full: every write to it fails with
-    // "No space left on device". Only for files appended to in place: a save that writes a
-    // copy beside the file and renames it over the link would replace /dev/full itself.
-    void fullDisk(const QString &name) const
-    {
-        QFile::remove(workDir() + name);
-        QFile::link(QStringLiteral("/dev/full"), workDir() + name);
-    }
-
 private:
     QTemporaryDir m_dir;
     QByteArray m_oldConfig = qgetenv("XDG_CONFIG_HOME");

@@ -10,7 +10,6 @@ class ScriptedPrompts final : public Prompts
 public:
     void setNextAnswer(QMessageBox::StandardButton button) { m_nextAnswer = button; }
     QString lastText() const { return m_lastText; }
-    void clearLastText() { m_lastText.clear(); }
 
 protected:
     QMessageBox::StandardButton ask(QWidget *parent, const QString &text, QMessageBox::StandardButtons buttons,
